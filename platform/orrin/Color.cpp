@@ -1,0 +1,7 @@
+#include "platform/orrin/Color.h"
+
+namespace Orrin {
+
+Color::~Color() = default;
+
+} // namespace Orrin

@@ -1,0 +1,12 @@
+#include "platform/orrin/Font.h"
+
+namespace Orrin {
+
+Font::~Font() = default;
+
+Font Font::DefaultFont()
+{
+    return Font(L"Arial", 12);
+}
+
+} // namespace Orrin

@@ -1,0 +1,20 @@
+#ifndef VORLANE_PLATFORM_SPATIA_POINT2D_H
+#define VORLANE_PLATFORM_SPATIA_POINT2D_H
+
+namespace Spatia {
+
+/// A point of the plane: two doubles and nothing else.
+struct Point2d
+{
+    double x = 0.0;
+    double y = 0.0;
+
+    /// (0, 0).
+    constexpr Point2d() = default;
+
+    constexpr Point2d(double xValue, double yValue) : x(xValue), y(yValue) {}
+};
+
+} // namespace Spatia
+
+#endif

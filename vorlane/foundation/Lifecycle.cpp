@@ -1,0 +1,47 @@
+#include "vorlane/foundation/Lifecycle.h"
+
+namespace Vorlane {
+
+EntryFunction::EntryFunction(void (*function)()) : m_function(function)
+{
+    if (m_function != nullptr) {
+        m_function();
+    }
+}
+
+EntryFunction::~EntryFunction() = default;
+
+// A copy, which only this class itself could make, holds no function and calls nothing.
+EntryFunction::EntryFunction(EntryFunction const&) : m_function(nullptr) {}
+
+EntryFunction& EntryFunction::operator=(EntryFunction const&)
+{
+    return *this;
+}
+
+ExitFunction::ExitFunction(void (*function)()) : m_function(function) {}
+
+ExitFunction::~ExitFunction()
+{
+    if (m_function != nullptr) {
+        m_function();
+    }
+}
+
+// A copy holds no function, so that one function never runs twice.
+ExitFunction::ExitFunction(ExitFunction const&) : m_function(nullptr) {}
+
+ExitFunction& ExitFunction::operator=(ExitFunction const&)
+{
+    return *this;
+}
+
+Feedback::~Feedback() = default;
+
+void Feedback::Finished() {}
+
+void Feedback::Start(int) {}
+
+void Feedback::Update(int, int) {}
+
+} // namespace Vorlane
