@@ -111,7 +111,7 @@ TEST(LegacyArrayTest, EmptyArrayHasNoDataEvenWithStorage)
     EXPECT_EQ(points.GetData(), nullptr);
 }
 
-TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedWithTheToldText)
+TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedAsTooLong)
 {
     Orrin::LegacyArray<Point3d> points;
     points.push_back(Point3d(1, 2, 3));

@@ -44,4 +44,18 @@ void Feedback::Start(int) {}
 
 void Feedback::Update(int, int) {}
 
+Counter::Counter(unsigned long step) : Counter(0, step) {}
+
+Counter::Counter(unsigned long value, unsigned long step)
+    : m_value(static_cast<std::uint32_t>(value)), m_step(static_cast<std::uint32_t>(step))
+{
+}
+
+Counter Counter::operator++(int)
+{
+    Counter const before(*this);
+    ++*this;
+    return before;
+}
+
 } // namespace Vorlane

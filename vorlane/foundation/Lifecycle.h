@@ -78,12 +78,9 @@ public:
     Counter() = default;
 
     /// Value 0 and this step. (The assignment from a number sets the value instead.)
-    explicit Counter(unsigned long step) : m_step(static_cast<std::uint32_t>(step)) {}
+    explicit Counter(unsigned long step);
 
-    Counter(unsigned long value, unsigned long step)
-        : m_value(static_cast<std::uint32_t>(value)), m_step(static_cast<std::uint32_t>(step))
-    {
-    }
+    Counter(unsigned long value, unsigned long step);
 
     /// Copies value and step.
     Counter(Counter const&) = default;
@@ -113,12 +110,7 @@ public:
     }
 
     /// Adds the step and gives a copy, with the step, from before.
-    Counter operator++(int)
-    {
-        Counter const before(*this);
-        ++*this;
-        return before;
-    }
+    Counter operator++(int);
 
     void Reset(unsigned long value) { m_value = static_cast<std::uint32_t>(value); }
     void Zero() { m_value = 0; }

@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# Builds and tests the library: g++ release, then clang with the address and undefined-behaviour sanitizers,
+# then ten seconds of each fuzz target. Installs what is missing first. A second run builds only what changed.
+#
+#   scripts/test.sh             everything
+#   scripts/test.sh release     one or more of: format, release, asan, tsan, fuzz
+
+source "$(dirname "$0")/common.sh"
+
+parts=("$@")
+[ ${#parts[@]} -gt 0 ] || parts=(format release asan tsan fuzz)
+fuzz_seconds=${FUZZ_SECONDS:-10}
+
+need_build_tools
+need_command git git
+need_command clang++ clang
+need_command clang-format clang-format
+need_command gdb gdb
+need_command pkg-config pkg-config
+need_command valgrind valgrind
+need_command localedef locales
+need_header gtest/gtest.h libgtest-dev
+need_header benchmark/benchmark.h libbenchmark-dev
+install_missing
+need_clang_runtime
+install_missing
+
+check_format() {
+    say "== format"
+    git ls-files '*.h' '*.cpp' | xargs -r clang-format --dry-run -Werror
+}
+
+build_and_test() {
+    say "== $1"
+    cmake --preset "$1" >/dev/null
+    cmake --build --preset "$1"
+    ctest --preset "$1" --parallel "$(nproc)" --progress | tail -n 40
+}
+
+run_fuzzers() {
+    say "== fuzz, $fuzz_seconds s each"
+    cmake --preset fuzz >/dev/null
+    cmake --build --preset fuzz
+    local source name corpus
+    for source in fuzz/*.cpp; do
+        name=$(basename "$source" .cpp)
+        corpus=build/fuzz/corpus/$name
+        mkdir -p "$corpus"
+        say "-- $name"
+        build/fuzz/fuzz/"$name" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -timeout=10 -print_final_stats=0 \
+            -verbosity=0 "$corpus" fuzz/corpus/"$name" || fail "fuzz target $name has a finding"
+    done
+}
+
+for part in "${parts[@]}"; do
+    case $part in
+    format) check_format ;;
+    release | asan | tsan) build_and_test "$part" ;;
+    fuzz) run_fuzzers ;;
+    *) fail "scripts/test.sh knows format, release, asan, tsan and fuzz, not '$part'" ;;
+    esac
+done
+say "All of it passed: ${parts[*]}"
