@@ -19,7 +19,7 @@ public:
 
     Color(Color const&) = default;
     Color& operator=(Color const&) = default;
-    virtual ~Color();
+    virtual ~Color() = default;
 
     std::uint32_t GetPacked() const { return m_packed; }
     void SetPacked(std::uint32_t packed) { m_packed = packed; }

@@ -1,0 +1,7 @@
+#include "platform/lumora/GraphicsPrimitive.h"
+
+namespace Lumora {
+
+GraphicsPrimitive::~GraphicsPrimitive() = default;
+
+} // namespace Lumora

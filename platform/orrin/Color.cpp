@@ -1,7 +1,0 @@
-#include "platform/orrin/Color.h"
-
-namespace Orrin {
-
-Color::~Color() = default;
-
-} // namespace Orrin
