@@ -1,0 +1,140 @@
+#ifndef VORLANE_PLATFORM_LUMORA_COLORMAP_H
+#define VORLANE_PLATFORM_LUMORA_COLORMAP_H
+
+/// \file
+/// A row of coloured bins over a range of numbers. A value type without locks; one map is used by one thread
+/// at a time, or read by several.
+
+#include "platform/Export.h"
+#include "platform/orrin/Color.h"
+#include "platform/orrin/ColorArray.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace Lumora {
+
+/// Gives each number the colour of the bin into which it falls.
+///
+/// The n bins have equal width and run from the begin of the range to its end, which may be the smaller
+/// number. Bin i starts at the edge begin + (end - begin) * i / n, computed in double in that order, and
+/// reaches up to the edge of bin i + 1, which belongs to that bin. From this follows for every number:
+///
+/// | value | bin |
+/// |---|---|
+/// | the begin | 0 |
+/// | an edge | the bin that starts there |
+/// | the end | the last |
+/// | outside the range, an infinity too | the nearer end bin |
+/// | NaN | 0 |
+///
+/// An empty range, whose ends are equal or of which one is a NaN, puts every value into bin 0. Of an infinite
+/// range the edges are the limits: all finite numbers lie in bin 0 if only the end is infinite, in the last
+/// bin if only the begin is, and if both are, the edges before the middle lie at the begin, a middle one at
+/// 0, and those after it at the end. Where the range holds fewer numbers than bins, some bins are empty.
+class VORLANE_PLATFORM_EXPORT ColorMap
+{
+public:
+    /// No bins over the range 0 to 1.
+    ColorMap() = default;
+
+    /// `size` bins, opaque black, over the range 0 to 1; a negative size counts as 0.
+    explicit ColorMap(int size);
+
+    /// The number of bins.
+    int GetSize() const { return static_cast<int>(m_bins.size()); }
+
+    /// Gives the map `size` bins, a negative size counting as 0. Bins keep their colours by index; new ones
+    /// are opaque black. Linear in the size.
+    ///
+    /// \throws CMemoryException if the memory cannot be had; the map is then as it was.
+    void Resize(int size);
+
+    /// Sets the range that the bins span. Linear in the size.
+    void SetBeginEnd(double begin, double end);
+
+    double GetBegin() const { return m_begin; }
+    double GetEnd() const { return m_end; }
+
+    /// Colours all bins from `colors`.
+    ///
+    /// With `interpolate`, the colours stand at equal distances, the first on bin 0 and the last on the last
+    /// bin, and a bin between two of them gets their linear mix in each of red, green, blue and alpha,
+    /// rounded to the nearest integer, halves up. A map of one bin gets the first colour.
+    ///
+    /// Without it, the colours share the map in steps of equal length, and a bin gets the colour of the step
+    /// in which its middle lies, the later one if it lies between two.
+    ///
+    /// No colours give opaque black. Linear in the number of bins and colours.
+    void Ramp(Orrin::ColorArray const& colors, bool interpolate);
+
+    /// The colour of one bin; opaque black for an index outside 0 to the size minus 1.
+    Orrin::Color ColorAtIndex(int index) const
+    {
+        return IsValidIndex(index) ? m_bins[static_cast<std::size_t>(index)].packed : Orrin::Color();
+    }
+
+    /// Sets the colour of one bin; an index outside 0 to the size minus 1 is ignored.
+    void SetColorAtIndex(int index, Orrin::Color color)
+    {
+        if (IsValidIndex(index)) {
+            m_bins[static_cast<std::size_t>(index)].packed = color.GetPacked();
+        }
+    }
+
+    /// The colour of the bin of `value`; opaque black if there are no bins. Constant time; logarithmic in the
+    /// size for an infinity, for NaN and on ranges that are infinite or hold few numbers for their bins.
+    Orrin::Color ColorAtValue(double value) const
+    {
+        if (m_bins.empty()) {
+            return Orrin::Color();
+        }
+        return ColorOfGuess(static_cast<int>(GuessBin(value)), value);
+    }
+
+    /// Sets the first `count` of `colors` to what ColorAtValue gives for each of `values`; a count below 1
+    /// does nothing. Faster than one call for each.
+    void ColorsAtValues(double const* values, int count, Orrin::Color* colors) const;
+
+private:
+    /// Holds the values from `first` up to, but not including, `next`, also if the range runs downwards.
+    struct Bin
+    {
+        double first;
+        double next;
+        std::uint32_t packed;
+    };
+
+    bool IsValidIndex(int index) const { return index >= 0 && index < GetSize(); }
+    bool IsEmptyRange() const { return !(m_begin < m_end) && !(m_begin > m_end); }
+    void PlaceEdges();
+
+    /// The index of the bin of `value` or, by rounding or in an odd range, of another one, as a number from 0
+    /// to the size minus 1. There must be bins.
+    double GuessBin(double value) const
+    {
+        double const position = (value - m_begin) * m_binsPerUnit;
+        double const atLeastFirst = position > 0.0 ? position : 0.0; // also for NaN
+        return atLeastFirst < m_lastBin ? atLeastFirst : m_lastBin;
+    }
+
+    /// The packed colour of the bin of `value`, which is probably that with the index `guess`.
+    std::uint32_t ColorOfGuess(int guess, double value) const
+    {
+        Bin const& bin = m_bins[static_cast<std::size_t>(guess)];
+        return bin.first <= value && value < bin.next ? bin.packed : m_bins[FindBin(value)].packed;
+    }
+
+    std::size_t FindBin(double value) const;
+
+    std::vector<Bin> m_bins;
+    double m_begin = 0.0;
+    double m_end = 1.0;
+    double m_binsPerUnit = 0.0; ///< negative if the range runs downwards
+    double m_lastBin = 0.0;     ///< the size minus 1
+};
+
+} // namespace Lumora
+
+#endif
