@@ -6,5 +6,11 @@
 /// header of the library that reaches the framework.
 
 #include "platform/framework/AfxExceptions.h"
+#include "platform/framework/CArray.h"
+#include "platform/framework/CMap.h"
+#include "platform/framework/CMapStringToPtr.h"
+#include "platform/framework/CObject.h"
+#include "platform/framework/CString.h"
+#include "platform/framework/CStringArray.h"
 
 #endif

@@ -1,0 +1,217 @@
+#ifndef VORLANE_PLATFORM_FRAMEWORK_CARRAY_H
+#define VORLANE_PLATFORM_FRAMEWORK_CARRAY_H
+
+/// \file
+/// The framework's growable array.
+
+#include "platform/framework/AfxExceptions.h"
+#include "platform/framework/CObject.h"
+#include "platform/framework/ElementStorage.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <new>
+#include <type_traits>
+
+/// A growable contiguous array of TYPE with `int` indexes from 0. ARG_TYPE is how an element is handed over:
+/// TYPE, TYPE const& or TYPE&.
+///
+/// Elements move bitwise when the storage grows, and the storage grows in place where the system can; so an
+/// element must not point into itself. A new element is zero-filled and then default-constructed: a plain
+/// number is 0, a class has what its constructor sets. Elements that leave the array are destroyed.
+///
+/// An index below 0, or at or past the size, raises CInvalidArgException. A failed allocation raises
+/// CMemoryException; size, elements and storage are then as before. So they are after an exception of an
+/// element's constructor, though the storage may have grown. An argument may be an element of the array
+/// itself.
+template <class TYPE, class ARG_TYPE = TYPE const&>
+class CArray : public CObject
+{
+    static_assert(alignof(TYPE) <= alignof(std::max_align_t), "the storage has no larger alignment");
+
+public:
+    /// Empty, without storage.
+    CArray() = default;
+
+    ~CArray() override
+    {
+        Destroy(0, m_nSize);
+        AfxFreeElements(m_pData);
+    }
+
+    int GetSize() const noexcept { return m_nSize; }
+    bool IsEmpty() const noexcept { return m_nSize == 0; }
+
+    /// The number of elements that the present storage has room for.
+    int GetCapacity() const noexcept { return m_nMaxSize; }
+
+    TYPE const& GetAt(int index) const
+    {
+        CheckIndex(index);
+        return m_pData[index];
+    }
+    TYPE& GetAt(int index)
+    {
+        CheckIndex(index);
+        return m_pData[index];
+    }
+    TYPE const& operator[](int index) const { return GetAt(index); }
+    TYPE& operator[](int index) { return GetAt(index); }
+    void SetAt(int index, ARG_TYPE value) { GetAt(index) = value; }
+
+    /// Element 0, or null while there is no storage.
+    TYPE const* GetData() const noexcept { return m_pData; }
+    TYPE* GetData() noexcept { return m_pData; }
+
+    /// Changes the size. A `growBy` of 0 or more becomes the growth argument, also when the call fails later;
+    /// one below 0 keeps it. Size 0 frees the storage; any other smaller size keeps it. The first storage has
+    /// room for the larger of the growth argument and `size`. After that, storage that is too small grows by
+    /// the growth argument, or, where that is 0, by an eighth of the present size, at least 4 and at most
+    /// 1024 elements; and to `size` if that is more. A size below 0, or a capacity past `int`, raises
+    /// CInvalidArgException.
+    void SetSize(int size, int growBy = -1);
+
+    /// Appends and gives the new index; amortised constant time for sizes up to some ten thousand, and beyond
+    /// that as cheap as the system extends memory in place.
+    int Add(ARG_TYPE value)
+    {
+        int const index = m_nSize;
+        if constexpr (std::is_trivially_default_constructible_v<TYPE> && std::is_trivially_copyable_v<TYPE>) {
+            if (index < m_nMaxSize) {
+                m_pData[index] = value;
+                m_nSize = index + 1;
+                return index;
+            }
+        }
+        SetAtGrow(index, value);
+        return index;
+    }
+
+    /// Stores at `index`, extending the array where it is too short. An index below 0 raises
+    /// CInvalidArgException.
+    void SetAtGrow(int index, ARG_TYPE value);
+
+    /// Becomes an element-wise copy of `other`; the growth argument stays. A copy of itself does nothing.
+    void Copy(CArray const& other);
+
+    /// Size 0, without storage.
+    void RemoveAll() { SetSize(0, -1); }
+
+private:
+    void CheckIndex(int index) const
+    {
+        if (static_cast<unsigned int>(index) >= static_cast<unsigned int>(m_nSize)) {
+            AfxThrowIndexException(index, m_nSize - 1);
+        }
+    }
+
+    void Destroy(int first, int end) noexcept
+    {
+        if (first < end) {
+            std::destroy(m_pData + first, m_pData + end);
+        }
+    }
+
+    int GetGrownCapacity(int size) const;
+    void Construct(int first, int end);
+
+    TYPE* m_pData = nullptr;
+    int m_nSize = 0;
+    int m_nMaxSize = 0;
+    int m_nGrowBy = 0;
+};
+
+template <class TYPE, class ARG_TYPE>
+void CArray<TYPE, ARG_TYPE>::SetSize(int size, int growBy)
+{
+    if (size < 0) {
+        AfxThrowInvalidArgException("an array of size " + std::to_string(size));
+    }
+    if (growBy >= 0) {
+        m_nGrowBy = growBy;
+    }
+    if (size == 0) {
+        Destroy(0, m_nSize);
+        AfxFreeElements(m_pData);
+        m_pData = nullptr;
+        m_nSize = 0;
+        m_nMaxSize = 0;
+        return;
+    }
+    if (m_pData == nullptr) {
+        int const capacity = std::max(m_nGrowBy, size);
+        m_pData = static_cast<TYPE*>(AfxCreateElements(static_cast<std::size_t>(capacity), sizeof(TYPE)));
+        m_nMaxSize = capacity;
+        Construct(0, size);
+    } else if (size <= m_nSize) {
+        Destroy(size, m_nSize);
+    } else {
+        if (size > m_nMaxSize) {
+            int const capacity = GetGrownCapacity(size);
+            m_pData = static_cast<TYPE*>(
+                AfxResizeElements(m_pData, static_cast<std::size_t>(capacity), sizeof(TYPE)));
+            m_nMaxSize = capacity;
+        }
+        AfxZeroElements(m_pData + m_nSize, static_cast<std::size_t>(size - m_nSize), sizeof(TYPE));
+        Construct(m_nSize, size);
+    }
+    m_nSize = size;
+}
+
+template <class TYPE, class ARG_TYPE>
+int CArray<TYPE, ARG_TYPE>::GetGrownCapacity(int size) const
+{
+    int const step = m_nGrowBy != 0 ? m_nGrowBy : std::clamp(m_nSize / 8, 4, 1024);
+    if (m_nMaxSize > INT_MAX - step) {
+        AfxThrowInvalidArgException("an array with room for " + std::to_string(m_nMaxSize) +
+                                    " elements can't grow by " + std::to_string(step));
+    }
+    return std::max(size, m_nMaxSize + step);
+}
+
+template <class TYPE, class ARG_TYPE>
+void CArray<TYPE, ARG_TYPE>::Construct(int first, int end)
+{
+    // Where the constructor would set nothing, the zeros are the value.
+    if constexpr (!std::is_trivially_default_constructible_v<TYPE>) {
+        std::uninitialized_value_construct(m_pData + first, m_pData + end);
+    }
+}
+
+template <class TYPE, class ARG_TYPE>
+void CArray<TYPE, ARG_TYPE>::SetAtGrow(int index, ARG_TYPE value)
+{
+    if (index < 0 || index == INT_MAX) {
+        AfxThrowIndexException(index, INT_MAX - 1);
+    }
+    if (index < m_nSize) {
+        m_pData[index] = value;
+        return;
+    }
+    // The value may be an element, which moves with the storage.
+    auto* const address = std::addressof(value);
+    std::less<void const*> const isBefore;
+    bool const isElement = m_nSize > 0 && !isBefore(address, m_pData) && isBefore(address, m_pData + m_nSize);
+    std::ptrdiff_t const offset =
+        isElement ? reinterpret_cast<char const*>(address) - reinterpret_cast<char const*>(m_pData) : 0;
+    SetSize(index + 1, -1);
+    if (isElement) {
+        m_pData[index] = *reinterpret_cast<decltype(address)>(reinterpret_cast<char*>(m_pData) + offset);
+    } else {
+        m_pData[index] = value;
+    }
+}
+
+template <class TYPE, class ARG_TYPE>
+void CArray<TYPE, ARG_TYPE>::Copy(CArray const& other)
+{
+    if (this != &other) {
+        SetSize(other.m_nSize, -1);
+        std::copy(other.m_pData, other.m_pData + other.m_nSize, m_pData);
+    }
+}
+
+#endif

@@ -1,0 +1,234 @@
+#ifndef VORLANE_PLATFORM_FRAMEWORK_CSTRING_H
+#define VORLANE_PLATFORM_FRAMEWORK_CSTRING_H
+
+/// \file
+/// The framework's narrow text.
+
+#include "platform/Export.h"
+#include "platform/framework/AfxExceptions.h"
+
+#include <atomic>
+#include <cstring>
+#include <utility>
+
+/// A text of 8-bit characters with value semantics, always readable as a zero-terminated buffer.
+///
+/// Copies share their storage until one of them changes, and so does the tail that Mid(first) or TrimLeft
+/// leaves: both cost the same for any length, and eating a text from its front takes linear time overall. A
+/// short tail keeps the whole storage alive; CString(tail, tail.GetLength()) cuts it loose. Owners are
+/// counted atomically, so distinct objects may live on distinct threads even while they share.
+///
+/// Every index and length is an `int`. A length past that range, or a failed allocation, raises
+/// CMemoryException, and the text keeps its value. Arguments may point into the text's own buffer. A null
+/// `char const*` stands for an empty text.
+///
+/// Bytes behind an embedded zero byte count for GetLength, Find, Mid and the archive. Compare, CompareNoCase,
+/// the comparison operators and HashKey see the zero-terminated text, that is, the bytes before the first
+/// zero byte: one rule for all, so that == and < agree with Compare in every mixture of operands.
+class VORLANE_PLATFORM_EXPORT CString
+{
+public:
+    CString() noexcept = default;
+    CString(CString const& other) : m_storage(other.m_storage), m_text(other.m_text), m_length(other.m_length)
+    {
+        Share();
+    }
+    CString(CString&& other) noexcept { Swap(other); }
+
+    /// The bytes up to the terminator.
+    CString(char const* text);
+
+    /// Exactly `length` bytes, zero bytes included. A length below 0, or a null pointer with a length above
+    /// 0, raises CInvalidArgException.
+    CString(char const* text, int length);
+
+    /// Narrows exactly `length` wide characters: 0 to 255 become the byte of that value, all others '?'.
+    /// Bad arguments as above.
+    CString(wchar_t const* text, int length);
+
+    ~CString() { Release(); }
+
+    CString& operator=(CString const& other)
+    {
+        CString copy(other);
+        Swap(copy);
+        return *this;
+    }
+    CString& operator=(CString&& other) noexcept
+    {
+        CString taken(std::move(other));
+        Swap(taken);
+        return *this;
+    }
+    CString& operator=(char const* text);
+
+    /// Append; amortised time linear in the appended length.
+    CString& operator+=(CString const& text);
+    CString& operator+=(char const* text);
+    CString& operator+=(char character);
+
+    /// The zero-terminated buffer; valid until this text changes.
+    operator char const*() const noexcept { return m_text; }
+
+    /// The number of bytes.
+    int GetLength() const noexcept { return m_length; }
+    bool IsEmpty() const noexcept { return m_length == 0; }
+
+    /// The byte at `index`; the terminating 0 where `index` is the length. Any other index raises
+    /// CInvalidArgException.
+    char GetAt(int index) const
+    {
+        if (static_cast<unsigned int>(index) > static_cast<unsigned int>(m_length)) {
+            AfxThrowIndexException(index, m_length);
+        }
+        return m_text[index];
+    }
+    char operator[](int index) const { return GetAt(index); }
+
+    /// Makes the text empty and lets go of its storage.
+    void Empty() noexcept { CString().Swap(*this); }
+
+    /// Orders by unsigned bytes: negative, 0 or positive.
+    int Compare(char const* other) const noexcept { return std::strcmp(m_text, OrEmpty(other)); }
+
+    /// Compare, with the letters A to Z taken as a to z.
+    int CompareNoCase(char const* other) const noexcept;
+
+    /// The index of the first `character` at or after `start`, else -1. A `start` outside the text gives -1.
+    int Find(char character, int start = 0) const noexcept;
+
+    /// The index of the first byte that stands in the zero-terminated `set`, else -1.
+    int FindOneOf(char const* set) const noexcept;
+
+    /// The first `count` bytes: none for a count below 0, all for one past the length.
+    CString Left(int count) const;
+
+    /// The bytes from `first` to the end: all for a `first` below 0, none for one past the end. Shares
+    /// storage.
+    CString Mid(int first) const;
+
+    /// At most `count` bytes from `first`, cut at the end; numbers below 0 count as 0.
+    CString Mid(int first, int count) const;
+
+    /// Remove white space (blank, tab, LF, VT, FF, CR, whatever the locale) at one end; both return this
+    /// text.
+    CString& TrimLeft();
+    CString& TrimRight();
+
+    /// Turns A to Z into a to z in place, whatever the locale; returns this text.
+    CString& MakeLower();
+
+    /// Replaces the value with the result of a `printf` in the "C" locale, of any length. Arguments may point
+    /// into this text. A null `format` raises CInvalidArgException, a conversion that fails COleException.
+    void Format(char const* format, ...) __attribute__((format(printf, 2, 3)));
+
+    /// A writable buffer for at least `minLength` bytes and a terminator that starts with the present text.
+    /// It belongs to this text alone: copies taken before ReleaseBuffer don't share it. A `minLength` below 0
+    /// raises CInvalidArgException.
+    char* GetBuffer(int minLength);
+
+    /// Ends the use of the buffer and sets the length; -1 takes the bytes up to the first zero byte. A length
+    /// below -1, or past the buffer's room, raises CInvalidArgException.
+    void ReleaseBuffer(int length = -1);
+
+    friend bool operator==(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) == 0; }
+    friend bool operator==(CString const& a, char const* b) noexcept { return a.Compare(b) == 0; }
+    friend bool operator==(char const* a, CString const& b) noexcept { return b.Compare(a) == 0; }
+    friend bool operator!=(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) != 0; }
+    friend bool operator!=(CString const& a, char const* b) noexcept { return a.Compare(b) != 0; }
+    friend bool operator!=(char const* a, CString const& b) noexcept { return b.Compare(a) != 0; }
+    friend bool operator<(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) < 0; }
+    friend bool operator<(CString const& a, char const* b) noexcept { return a.Compare(b) < 0; }
+    friend bool operator<(char const* a, CString const& b) noexcept { return b.Compare(a) > 0; }
+    friend bool operator>(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) > 0; }
+    friend bool operator>(CString const& a, char const* b) noexcept { return a.Compare(b) > 0; }
+    friend bool operator>(char const* a, CString const& b) noexcept { return b.Compare(a) < 0; }
+    friend bool operator<=(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) <= 0; }
+    friend bool operator<=(CString const& a, char const* b) noexcept { return a.Compare(b) <= 0; }
+    friend bool operator<=(char const* a, CString const& b) noexcept { return b.Compare(a) >= 0; }
+    friend bool operator>=(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) >= 0; }
+    friend bool operator>=(CString const& a, char const* b) noexcept { return a.Compare(b) >= 0; }
+    friend bool operator>=(char const* a, CString const& b) noexcept { return b.Compare(a) <= 0; }
+
+    friend CString operator+(CString const& a, CString const& b)
+    {
+        return Concatenate(a.m_text, a.m_length, b.m_text, b.m_length);
+    }
+    friend CString operator+(CString const& a, char const* b)
+    {
+        return Concatenate(a.m_text, a.m_length, OrEmpty(b), LengthOf(b));
+    }
+    friend CString operator+(char const* a, CString const& b)
+    {
+        return Concatenate(OrEmpty(a), LengthOf(a), b.m_text, b.m_length);
+    }
+    friend CString operator+(CString const& a, char b) { return Concatenate(a.m_text, a.m_length, &b, 1); }
+    friend CString operator+(char a, CString const& b) { return Concatenate(&a, 1, b.m_text, b.m_length); }
+    friend CString operator+(CString&& a, CString const& b) { return std::move(a += b); }
+    friend CString operator+(CString&& a, char const* b) { return std::move(a += b); }
+    friend CString operator+(CString&& a, char b) { return std::move(a += b); }
+
+private:
+    /// The head of an allocation; the bytes follow it, `m_capacity` of them and one for a terminator. The
+    /// texts that share it all end at the same terminator and differ in where they begin.
+    struct Storage
+    {
+        std::atomic<int> m_owners;
+        int m_capacity;
+        bool m_lentOut; ///< handed out by GetBuffer, so not to be shared
+
+        char* Bytes() { return reinterpret_cast<char*>(this + 1); }
+    };
+
+    static char const* OrEmpty(char const* text) noexcept { return text != nullptr ? text : ""; }
+    static int LengthOf(char const* text);
+    static CString Concatenate(char const* first, int firstLength, char const* second, int secondLength);
+    static Storage* Allocate(int capacity);
+
+    /// Becomes one more owner of the storage that was just copied from another text.
+    void Share()
+    {
+        if (m_storage != nullptr) {
+            if (m_storage->m_lentOut) {
+                CopyLentOut();
+            } else {
+                m_storage->m_owners.fetch_add(1, std::memory_order_relaxed);
+            }
+        }
+    }
+    void Release() noexcept
+    {
+        if (m_storage != nullptr && m_storage->m_owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+            Free(m_storage);
+        }
+    }
+    static void Free(Storage* storage) noexcept;
+    void CopyLentOut();
+
+    void Swap(CString& other) noexcept
+    {
+        std::swap(m_storage, other.m_storage);
+        std::swap(m_text, other.m_text);
+        std::swap(m_length, other.m_length);
+    }
+
+    bool IsSoleOwner() const noexcept
+    {
+        return m_storage != nullptr && m_storage->m_owners.load(std::memory_order_acquire) == 1;
+    }
+    /// The bytes from the begin of this text that the storage has room for, without the terminator.
+    int GetRoom() const noexcept
+    {
+        return m_storage->m_capacity - static_cast<int>(m_text - m_storage->Bytes());
+    }
+    char* Writable() noexcept { return const_cast<char*>(m_text); }
+    void SetLength(int length) noexcept;
+    void MoveToOwnStorage(int capacity);
+    void Append(char const* text, int length);
+
+    Storage* m_storage = nullptr; ///< null for a text that never needed any, which is then empty
+    char const* m_text = "";
+    int m_length = 0;
+};
+
+#endif

@@ -1,0 +1,3 @@
+#include "platform/framework/CStringArray.h"
+
+CStringArray::~CStringArray() = default;
