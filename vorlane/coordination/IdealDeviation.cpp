@@ -1,0 +1,324 @@
+#include "vorlane/coordination/CoordinationGeometry.h"
+
+#include <array>
+#include <cstddef>
+
+// The measure is the sum, over all pairs of sites (s, t), of (c(s, t) - ideal(s, t))², where c(s, t) is the
+// cosine of the two ligands that a labelling puts on the sites. Multiplied out it is Q + K + L: Q, the sum of
+// all squared cosines, is common to all labellings; K, the sum of the squared ideal cosines, belongs to the
+// geometry; and only L = -2 Σ ideal(s, t) c(s, t) changes with the labelling. Labellings that differ by a
+// symmetry of the polyhedron have the same L, so one of each class stands in a table, and no search is left.
+
+namespace Vorlane {
+namespace CoordinationGeometry {
+namespace {
+
+constexpr int maximumLigands = 6;
+constexpr int maximumPairs = maximumLigands * (maximumLigands - 1) / 2;
+
+/// The place of the pair of two different ligands, or sites, counted from 0: (1,0), (2,0), (2,1), (3,0), ...
+constexpr std::size_t PairIndex(int first, int second)
+{
+    int const high = first > second ? first : second;
+    int const low = first > second ? second : first;
+    return static_cast<std::size_t>(high * (high - 1) / 2 + low);
+}
+
+using PairCosines = std::array<double, maximumPairs>;
+
+/// The dot products of every two points, in the order of PairIndex.
+void ComputePairCosines(Orrin::LegacyArray<Spatia::Point3d> const& coordinates, PairCosines& cosines)
+{
+    Spatia::Point3d const* const points = coordinates.GetData();
+    std::size_t pair = 0;
+    for (long i = 1; i < coordinates.GetSize(); ++i) {
+        for (long j = 0; j < i; ++j) {
+            cosines[pair++] =
+                points[i].x * points[j].x + points[i].y * points[j].y + points[i].z * points[j].z;
+        }
+    }
+}
+
+/// What digit number k of a row says.
+enum RowMeaning
+{
+    ligandOnSite, ///< which ligand sits on site k
+    siteOfLigand  ///< on which site ligand k sits
+};
+
+/// Two sites, numbered from 1.
+struct SitePair
+{
+    int first;
+    int second;
+};
+
+/// A part of L: a factor times the sum of the cosines on some pairs of sites.
+struct LinearTerm
+{
+    double factor;
+    int pairCount;
+    SitePair pairs[6];
+};
+
+/// A geometry's measure. Rows are labellings written as digits, numbered from 1.
+template <std::size_t TERMS, std::size_t CANDIDATES>
+struct Measure
+{
+    int ligands;
+    RowMeaning meaning;
+    double constant; ///< K
+    std::array<LinearTerm, TERMS> terms;
+    std::array<char const*, CANDIDATES> rows;
+};
+
+constexpr double third = 1.0 / 3.0;
+constexpr double twoThirds = 2.0 / 3.0;
+constexpr double fourThirds = 4.0 / 3.0;
+
+constexpr Measure<1, 1> trigonalPyramid = {
+    3, ligandOnSite, third, {{{twoThirds, 3, {{1, 2}, {1, 3}, {2, 3}}}}}, {"123"}};
+
+constexpr Measure<1, 3> tShape = {3, ligandOnSite, 1.0, {{{2.0, 1, {{1, 2}}}}}, {"123", "132", "231"}};
+
+constexpr Measure<1, 1> tetrahedron = {4,
+                                       ligandOnSite,
+                                       twoThirds,
+                                       {{{twoThirds, 6, {{1, 2}, {1, 3}, {2, 3}, {1, 4}, {2, 4}, {3, 4}}}}},
+                                       {"1234"}};
+
+constexpr Measure<1, 3> squarePlane = {
+    4, ligandOnSite, 2.0, {{{2.0, 2, {{1, 3}, {2, 4}}}}}, {"1234", "1243", "1423"}};
+
+constexpr Measure<1, 4> trigonalPlanePyramid = {
+    4, ligandOnSite, 0.75, {{{1.0, 3, {{2, 3}, {2, 4}, {3, 4}}}}}, {"1234", "2134", "3124", "4123"}};
+
+/// The see-saw with this ideal cosine between its two equatorial sites.
+constexpr Measure<2, 6> SeeSaw(double equatorial)
+{
+    return {4,
+            ligandOnSite,
+            1.0 + equatorial * equatorial,
+            {{{2.0, 1, {{1, 2}}}, {-2.0 * equatorial, 1, {{3, 4}}}}},
+            {"1234", "1324", "1423", "2314", "2413", "3412"}};
+}
+constexpr Measure<2, 6> seeSawOfOctahedron = SeeSaw(0.0);
+constexpr Measure<2, 6> seeSawOfBipyramid = SeeSaw(-0.5);
+
+constexpr Measure<4, 10> trigonalBipyramid = {
+    5,
+    ligandOnSite,
+    1.75,
+    {{{2.0, 1, {{1, 2}}}, {1.0, 1, {{3, 4}}}, {1.0, 1, {{3, 5}}}, {1.0, 1, {{4, 5}}}}},
+    {"12345", "13245", "14235", "15234", "23145", "24135", "25134", "34125", "35124", "45123"}};
+
+constexpr Measure<1, 15> squarePyramid = {5,
+                                          ligandOnSite,
+                                          2.0,
+                                          {{{2.0, 2, {{2, 4}, {3, 5}}}}},
+                                          {"12345", "12354", "12435", "21345", "21354", "21435", "31245",
+                                           "31254", "31425", "41235", "41253", "41325", "51234", "51243",
+                                           "51324"}};
+
+constexpr Measure<1, 15> octahedron = {6,
+                                       ligandOnSite,
+                                       3.0,
+                                       {{{2.0, 3, {{1, 2}, {3, 5}, {4, 6}}}}},
+                                       {"123456", "123465", "123546", "132456", "132465", "132546", "142356",
+                                        "142365", "152346", "162345", "152364", "162354", "142536", "152436",
+                                        "162435"}};
+
+// The rows of the prism and of the antiprism are the lexicographically first of each class of labellings, in
+// ascending order: 720 labellings and 12 symmetries give 60 classes, 48 symmetries give 15.
+
+constexpr Measure<2, 60> trigonalPrism = {
+    6,
+    siteOfLigand,
+    3.0,
+    {{{-twoThirds, 3, {{1, 4}, {2, 5}, {3, 6}}},
+      {fourThirds, 6, {{1, 5}, {1, 6}, {2, 4}, {2, 6}, {3, 4}, {3, 5}}}}},
+    {"123456", "123465", "123546", "123564", "123645", "123654", "124356", "124365", "124536", "124563",
+     "124635", "124653", "125346", "125364", "125436", "125463", "125634", "125643", "126345", "126354",
+     "126435", "126453", "126534", "126543", "142356", "142365", "142536", "142563", "142635", "142653",
+     "145236", "145263", "145326", "145362", "145623", "145632", "152346", "152364", "152436", "152463",
+     "152634", "152643", "153246", "153264", "153426", "153462", "153624", "153642", "154236", "154263",
+     "154326", "154362", "154623", "154632", "156234", "156243", "156324", "156342", "156423", "156432"}};
+
+constexpr Measure<1, 15> trigonalAntiprism = {6,
+                                              siteOfLigand,
+                                              3.0,
+                                              {{{2.0, 3, {{1, 4}, {2, 5}, {3, 6}}}}},
+                                              {"123456", "123465", "123546", "123564", "123645", "123654",
+                                               "124356", "124365", "124536", "125346", "125364", "125436",
+                                               "142356", "142365", "142536"}};
+
+/// The ligand that a row puts on a site; sites and ligands counted from 0.
+constexpr int LigandOnSite(char const* row, RowMeaning meaning, int ligands, int site)
+{
+    if (meaning == ligandOnSite) {
+        return row[site] - '1';
+    }
+    int ligand = 0;
+    while (ligand < ligands && row[ligand] - '1' != site) {
+        ++ligand;
+    }
+    return ligand;
+}
+
+template <auto const& measure>
+constexpr std::size_t PairsOfAllTerms()
+{
+    std::size_t count = 0;
+    for (LinearTerm const& term : measure.terms) {
+        count += static_cast<std::size_t>(term.pairCount);
+    }
+    return count;
+}
+
+/// For each candidate, the pair cosines that its L adds up, term after term, as places in the list of pairs.
+/// So nothing is left of ligand numbers when the function runs.
+template <auto const& measure>
+constexpr auto PairsOfCandidates()
+{
+    std::array<std::array<unsigned char, PairsOfAllTerms<measure>()>, measure.rows.size()> table{};
+    for (std::size_t candidate = 0; candidate < measure.rows.size(); ++candidate) {
+        std::size_t place = 0;
+        for (LinearTerm const& term : measure.terms) {
+            for (int k = 0; k < term.pairCount; ++k) {
+                char const* const row = measure.rows[candidate];
+                int const first =
+                    LigandOnSite(row, measure.meaning, measure.ligands, term.pairs[k].first - 1);
+                int const second =
+                    LigandOnSite(row, measure.meaning, measure.ligands, term.pairs[k].second - 1);
+                table[candidate][place++] = static_cast<unsigned char>(PairIndex(first, second));
+            }
+        }
+    }
+    return table;
+}
+
+struct BestLabelling
+{
+    double deviation;
+    char const* row;
+};
+
+template <auto const& measure>
+BestLabelling FindBestLabelling(PairCosines const& cosines)
+{
+    static constexpr auto pairsOfCandidates = PairsOfCandidates<measure>();
+
+    double common = 0.0;
+    for (std::size_t pair = 0; pair < PairIndex(measure.ligands, 0); ++pair) {
+        common += cosines[pair] * cosines[pair];
+    }
+    common += measure.constant;
+
+    std::array<double, measure.rows.size()> costs;
+    for (std::size_t candidate = 0; candidate < costs.size(); ++candidate) {
+        double linear = 0.0;
+        std::size_t place = 0;
+        for (LinearTerm const& term : measure.terms) {
+            double sum = cosines[pairsOfCandidates[candidate][place++]];
+            for (int k = 1; k < term.pairCount; ++k) {
+                sum += cosines[pairsOfCandidates[candidate][place++]];
+            }
+            linear += term.factor * sum;
+        }
+        costs[candidate] = common + linear;
+    }
+
+    // Among equal costs the first stays; so does the first row of all if every cost is NaN.
+    std::size_t best = 0;
+    for (std::size_t candidate = 1; candidate < costs.size(); ++candidate) {
+        if (costs[candidate] < costs[best]) {
+            best = candidate;
+        }
+    }
+    // A perfect fit may come out as a rounding below 0.
+    return {costs[best] < 0.0 ? 0.0 : costs[best], measure.rows[best]};
+}
+
+/// The best labelling of a geometry with a measure; its row is null for any other geometry and for a wrong
+/// number of points.
+BestLabelling FindBestLabelling(Orrin::LegacyArray<Spatia::Point3d> const& coordinates,
+                                CoordinationGeometryType type)
+{
+    using Evaluator = BestLabelling (*)(PairCosines const&);
+    Evaluator evaluate = nullptr;
+    switch (type) {
+    case trigonalPyramidal:
+        evaluate = FindBestLabelling<trigonalPyramid>;
+        break;
+    case tShaped:
+        evaluate = FindBestLabelling<tShape>;
+        break;
+    case tetrahedral:
+        evaluate = FindBestLabelling<tetrahedron>;
+        break;
+    case squarePlanar:
+        evaluate = FindBestLabelling<squarePlane>;
+        break;
+    case trigonalPlanarPyramidal:
+        evaluate = FindBestLabelling<trigonalPlanePyramid>;
+        break;
+    case seeSaw:
+        evaluate = FindBestLabelling<seeSawOfOctahedron>;
+        break;
+    case ss4tbpy5:
+        evaluate = FindBestLabelling<seeSawOfBipyramid>;
+        break;
+    case trigonalBipyramidal:
+        evaluate = FindBestLabelling<trigonalBipyramid>;
+        break;
+    case squarePlanarPyramidal:
+        evaluate = FindBestLabelling<squarePyramid>;
+        break;
+    case octahedral:
+        evaluate = FindBestLabelling<octahedron>;
+        break;
+    case trigonalPrismatic:
+        evaluate = FindBestLabelling<trigonalPrism>;
+        break;
+    case trigonalAntiprismatic:
+        evaluate = FindBestLabelling<trigonalAntiprism>;
+        break;
+    default:
+        break;
+    }
+    if (evaluate == nullptr || coordinates.GetSize() != GetCoordinationNumber(type)) {
+        return {-1.0, nullptr};
+    }
+    PairCosines cosines;
+    ComputePairCosines(coordinates, cosines);
+    return evaluate(cosines);
+}
+
+} // namespace
+
+double DeviationFromIdealCoordinationGeometry(Orrin::LegacyArray<Spatia::Point3d> const& coordinates,
+                                              CoordinationGeometryType type, IntArray& assignment)
+{
+    BestLabelling const best = FindBestLabelling(coordinates, type);
+    if (best.row == nullptr) {
+        return best.deviation;
+    }
+    int const ligands = GetCoordinationNumber(type);
+    if (assignment.GetSize() != ligands) {
+        assignment.RemoveAll();
+        assignment.SetSize(ligands, -1);
+    }
+    for (int k = 0; k < ligands; ++k) {
+        assignment[k] = best.row[k] - '0';
+    }
+    return best.deviation;
+}
+
+double DeviationFromIdealCoordinationGeometry(Orrin::LegacyArray<Spatia::Point3d> const& coordinates,
+                                              CoordinationGeometryType type)
+{
+    return FindBestLabelling(coordinates, type).deviation;
+}
+
+} // namespace CoordinationGeometry
+} // namespace Vorlane
