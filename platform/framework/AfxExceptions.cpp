@@ -15,8 +15,7 @@ char const* CMemoryException::what() const noexcept
 
 COleException::COleException(long result)
     : std::runtime_error("text failure with result " + std::to_string(result)), m_result(result)
-{
-}
+{}
 
 COleException::~COleException() = default;
 

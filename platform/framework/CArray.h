@@ -7,13 +7,16 @@
 #include "platform/framework/AfxExceptions.h"
 #include "platform/framework/CObject.h"
 #include "platform/framework/ElementStorage.h"
+#include "platform/framework/ElementTransfer.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <new>
+#include <string>
 #include <type_traits>
 
 /// A growable contiguous array of TYPE with `int` indexes from 0. ARG_TYPE is how an element is handed over:
@@ -100,6 +103,13 @@ public:
     /// Size 0, without storage.
     void RemoveAll() { SetSize(0, -1); }
 
+    /// Stores the count and the elements, or loads them in place of the present ones; SerializeElements tells
+    /// their form. Loading sets the size first, and an archive that ends early leaves it so: with the
+    /// elements that came, the rest as before or new. But a count that needs more memory than 32 MB and than
+    /// the archive surely holds is not believed: the array then grows with what is read, and an early end
+    /// leaves it at the size reached. A count of 2^31 or more raises CInvalidArgException.
+    void Serialize(CArchive& archive) override;
+
 private:
     void CheckIndex(int index) const
     {
@@ -116,6 +126,7 @@ private:
     }
 
     int GetGrownCapacity(int size) const;
+    void LoadUnbelieved(CArchive& archive, int count);
     void Construct(int first, int end);
 
     TYPE* m_pData = nullptr;
@@ -211,6 +222,39 @@ void CArray<TYPE, ARG_TYPE>::Copy(CArray const& other)
     if (this != &other) {
         SetSize(other.m_nSize, -1);
         std::copy(other.m_pData, other.m_pData + other.m_nSize, m_pData);
+    }
+}
+
+template <class TYPE, class ARG_TYPE>
+void CArray<TYPE, ARG_TYPE>::Serialize(CArchive& archive)
+{
+    if (archive.IsStoring()) {
+        archive.WriteCount(static_cast<unsigned long>(m_nSize));
+        SerializeElements<TYPE>(archive, m_pData, m_nSize);
+        return;
+    }
+    constexpr std::uint64_t alwaysBelieved = 32 << 20;
+    int const count = static_cast<std::int32_t>(archive.ReadCount());
+    std::uint64_t const bytes = count > 0 ? static_cast<std::uint64_t>(count) * sizeof(TYPE) : 0;
+    if (bytes > alwaysBelieved && bytes > archive.GetRemaining()) {
+        LoadUnbelieved(archive, count);
+    } else {
+        SetSize(count, -1);
+        SerializeElements<TYPE>(archive, m_pData, count);
+    }
+}
+
+/// Loads `count` elements in steps that double.
+template <class TYPE, class ARG_TYPE>
+void CArray<TYPE, ARG_TYPE>::LoadUnbelieved(CArchive& archive, int count)
+{
+    constexpr int firstStep = static_cast<int>(sizeof(TYPE) < (1 << 20) ? (1 << 20) / sizeof(TYPE) : 1);
+    SetSize(std::min(count, m_nSize), -1);
+    for (int loaded = 0; loaded < count;) {
+        int const step = std::min(count - loaded, std::max(loaded, firstStep));
+        SetSize(std::max(loaded + step, m_nSize), -1);
+        SerializeElements<TYPE>(archive, m_pData + loaded, step);
+        loaded += step;
     }
 }
 

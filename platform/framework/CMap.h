@@ -9,6 +9,7 @@
 #include "platform/framework/CPlex.h"
 #include "platform/framework/CString.h"
 #include "platform/framework/ElementStorage.h"
+#include "platform/framework/ElementTransfer.h"
 #include "platform/framework/MapIndex.h"
 
 #include <algorithm>
@@ -16,7 +17,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <string>
 #include <type_traits>
+#include <utility>
 
 /// An opaque token of an iteration; 0 means that no entry is left.
 struct CPositionTag;
@@ -121,6 +124,11 @@ public:
             ToPosition(entry->pNext != nullptr ? entry->pNext
                                                : FirstFrom(std::size_t{entry->nHashValue % m_tableSize} + 1));
     }
+
+    /// Stores the count, then key and value of each entry in iteration order; or loads such entries on top of
+    /// the present ones. SerializeElements tells the form of keys and values. An archive that ends early
+    /// leaves the entries that came.
+    void Serialize(CArchive& archive) override;
 
 private:
     struct CAssoc
@@ -292,6 +300,28 @@ void CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::ExtendIndex()
 {
     if (m_index.Extend(m_count)) {
         ForEachEntry([this](CAssoc& entry) { m_index.Link(entry, IndexHash(entry.nHashValue, entry.key)); });
+    }
+}
+
+template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
+void CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Serialize(CArchive& archive)
+{
+    if (archive.IsStoring()) {
+        archive.WriteCount(static_cast<unsigned long>(m_count));
+        for (std::size_t bucket = 0; m_count != 0 && bucket < m_tableSize; ++bucket) {
+            for (CAssoc* entry = m_table[bucket]; entry != nullptr; entry = entry->pNext) {
+                SerializeElements<KEY>(archive, &entry->key, 1);
+                SerializeElements<VALUE>(archive, &entry->value, 1);
+            }
+        }
+        return;
+    }
+    for (unsigned long missing = archive.ReadCount(); missing > 0; --missing) {
+        KEY key{};
+        VALUE value{};
+        SerializeElements<KEY>(archive, &key, 1);
+        SerializeElements<VALUE>(archive, &value, 1);
+        (*this)[key] = value;
     }
 }
 

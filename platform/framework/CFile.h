@@ -1,0 +1,108 @@
+#ifndef VORLANE_PLATFORM_FRAMEWORK_CFILE_H
+#define VORLANE_PLATFORM_FRAMEWORK_CFILE_H
+
+/// \file
+/// Files on disk and in memory, below an archive.
+
+#include "platform/Export.h"
+#include "platform/framework/CString.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// A file of the system. It has no buffer of its own, so an error is never delayed: what Write took is the
+/// system's. Interrupted and partial calls of the system are carried on with. Every failure raises
+/// CFileException with the path and a cause: `fileNotFound`, `accessDenied`, `diskFull`, `hardIO` or
+/// `generic`.
+///
+/// Derived classes may stand for other places; they override the virtual operations.
+class VORLANE_PLATFORM_EXPORT CFile
+{
+public:
+    enum OpenFlags : unsigned int
+    {
+        modeRead = 0,
+        modeWrite = 1,
+        modeReadWrite = 2,
+        modeCreate = 0x1000 ///< makes the file, or empties the one that is there
+    };
+
+    /// A closed file.
+    CFile() noexcept = default;
+
+    /// Opens `path` with one of the modes, joined with `modeCreate` or not. Without it the file must exist,
+    /// and it keeps its bytes. A directory is refused with `accessDenied`.
+    CFile(char const* path, unsigned int openFlags);
+
+    /// Closes the file; a failure is swallowed, so call Close to see it.
+    virtual ~CFile();
+
+    CFile(CFile const&) = delete;
+    CFile& operator=(CFile const&) = delete;
+
+    /// Reads up to `count` bytes and gives their number: fewer at the end of the file, or where a pipe has no
+    /// more at present; 0 means the end.
+    virtual unsigned int Read(void* bytes, unsigned int count);
+
+    /// Writes `count` bytes, all of them or an exception.
+    virtual void Write(void const* bytes, unsigned int count);
+
+    /// Asks the system to bring what was written to the device, where the file is on one.
+    virtual void Flush();
+
+    /// Closes the file and reports what the system met. Closing a closed file does nothing.
+    virtual void Close();
+
+    virtual void SeekToBegin();
+
+    /// Moves the position back by `count` bytes. False, and nothing moves, where the file can't, as a pipe.
+    virtual bool StepBack(std::uint64_t count);
+
+    /// The number of bytes of the file; 0 where there is no telling, as for a pipe.
+    virtual std::uint64_t GetLength() const;
+
+    /// The number of bytes that surely lie behind the position; 0 where there is no telling. Whoever takes
+    /// memory for what a file announces asks this first.
+    virtual std::uint64_t GetRemaining() const;
+
+    /// The path that the file was opened with, or an empty text.
+    virtual CString GetFilePath() const;
+
+private:
+    [[noreturn]] void ThrowSystemError(int error, char const* request) const;
+
+    int m_descriptor = -1;
+    CString m_path;
+};
+
+/// A file in memory; its path is empty.
+class VORLANE_PLATFORM_EXPORT CMemFile : public CFile
+{
+public:
+    CMemFile() noexcept = default;
+
+    /// Starts with these bytes and at their begin, ready to be read.
+    explicit CMemFile(std::vector<unsigned char> bytes) noexcept;
+    ~CMemFile() override;
+
+    /// The whole content, wherever the position is.
+    std::vector<unsigned char> const& Bytes() const noexcept { return m_bytes; }
+
+    unsigned int Read(void* bytes, unsigned int count) override;
+    /// Overwrites and extends; a failed allocation raises CMemoryException.
+    void Write(void const* bytes, unsigned int count) override;
+    void Flush() override;
+    /// Keeps the content.
+    void Close() override;
+    void SeekToBegin() override;
+    bool StepBack(std::uint64_t count) override;
+    std::uint64_t GetLength() const override;
+    std::uint64_t GetRemaining() const override;
+
+private:
+    std::vector<unsigned char> m_bytes;
+    std::size_t m_position = 0;
+};
+
+#endif

@@ -1,0 +1,48 @@
+#include "platform/framework/ElementTransfer.h"
+
+#include "platform/framework/FileExceptions.h"
+
+#include <algorithm>
+
+void AfxTransferElements(CArchive& archive, void* elements, std::size_t size, std::ptrdiff_t count,
+                         bool areTruthValues)
+{
+    constexpr std::size_t largestBlock = 2147483647;
+    if (size > largestBlock) {
+        AfxThrowInvalidArgException("elements of " + std::to_string(size) + " bytes");
+    }
+    unsigned char* bytes = static_cast<unsigned char*>(elements);
+    std::size_t missing = static_cast<std::size_t>(count);
+    while (missing > 0) {
+        std::size_t const inBlock = std::min(missing, largestBlock / size);
+        unsigned int const blockSize = static_cast<unsigned int>(inBlock * size);
+        if (archive.IsStoring()) {
+            archive.Write(bytes, blockSize);
+        } else {
+            unsigned int const taken = archive.Read(bytes, blockSize);
+            if (areTruthValues) {
+                std::transform(bytes, bytes + taken, bytes,
+                               [](unsigned char byte) { return static_cast<unsigned char>(byte != 0); });
+            }
+            if (taken < blockSize) {
+                AfxThrowArchiveException(CArchiveException::endOfFile);
+            }
+        }
+        bytes += blockSize;
+        missing -= inBlock;
+    }
+}
+
+std::uintptr_t AfxTransferAddress(CArchive& archive, std::uintptr_t address)
+{
+    if (archive.IsStoring()) {
+        if (address > UINT32_MAX) {
+            AfxThrowInvalidArgException("an address that needs more than the 4 bytes of an archive");
+        }
+        archive << static_cast<std::uint32_t>(address);
+        return address;
+    }
+    std::uint32_t loaded = 0;
+    archive >> loaded;
+    return loaded;
+}
