@@ -100,7 +100,7 @@ PointArray Constrained(CoordinationGeometryType type, GeometryConstraint const& 
 
 TEST(IdealCoordinatesTest, SitesAndAnglesAreThoseOfThePolyhedra)
 {
-    std::vector<bool> hasSites(32);
+    bool hasSites[32] = {};
     for (Polyhedron const& polyhedron : polyhedra) {
         SCOPED_TRACE(polyhedron.type);
         hasSites[polyhedron.type] = true;
@@ -110,9 +110,11 @@ TEST(IdealCoordinatesTest, SitesAndAnglesAreThoseOfThePolyhedra)
         ASSERT_EQ(GetCoordinates(polyhedron.type, points, nullptr), ligands + 1);
         ASSERT_EQ(points.GetSize(), ligands + 1);
         ExpectPoint(points[0], Point3d::origin, 0.0);
-        for (int site = 1; site <= ligands; ++site) {
-            double const polar = Radians(polyhedron.sites[site - 1].polar);
-            double const azimuth = Radians(polyhedron.sites[site - 1].azimuth);
+        int site = 0;
+        for (Direction const& direction : polyhedron.sites) {
+            ++site;
+            double const polar = Radians(direction.polar);
+            double const azimuth = Radians(direction.azimuth);
             Point3d const wanted(std::sin(polar) * std::cos(azimuth), std::sin(polar) * std::sin(azimuth),
                                  std::cos(polar));
             SCOPED_TRACE(site);

@@ -14,7 +14,7 @@ using namespace Vorlane;
 using namespace Vorlane::CoordinationGeometry;
 using Spatia::Point3d;
 using PointArray = Orrin::LegacyArray<Point3d>;
-using Labelling = std::vector<int>; ///< the ligand, counted from 0, on each site
+using Labelling = std::vector<std::size_t>; ///< the ligand, counted from 0, on each site
 
 namespace {
 
@@ -58,8 +58,9 @@ double Cost(std::vector<Point3d> const& ideal, PointArray const& ligands, Labell
     double cost = 0.0;
     for (std::size_t s = 0; s < ideal.size(); ++s) {
         for (std::size_t t = 0; t < s; ++t) {
-            double const difference =
-                Cosine(ligands[ligandOnSite[s]], ligands[ligandOnSite[t]]) - Cosine(ideal[s], ideal[t]);
+            double const difference = Cosine(ligands[static_cast<long>(ligandOnSite[s])],
+                                             ligands[static_cast<long>(ligandOnSite[t])]) -
+                                      Cosine(ideal[s], ideal[t]);
             cost += difference * difference;
         }
     }
@@ -69,7 +70,7 @@ double Cost(std::vector<Point3d> const& ideal, PointArray const& ligands, Labell
 double BruteForce(std::vector<Point3d> const& ideal, PointArray const& ligands)
 {
     Labelling labelling(ideal.size());
-    std::iota(labelling.begin(), labelling.end(), 0);
+    std::iota(labelling.begin(), labelling.end(), 0u);
     double best = std::numeric_limits<double>::infinity();
     do {
         best = std::min(best, Cost(ideal, ligands, labelling));
@@ -80,10 +81,11 @@ double BruteForce(std::vector<Point3d> const& ideal, PointArray const& ligands)
 /// What an assignment says, brought to one meaning; empty if it is no permutation.
 Labelling Read(IntArray const& assignment, CoordinationGeometryType type)
 {
-    Labelling labelling(static_cast<std::size_t>(assignment.GetSize()), -1);
-    for (int k = 0; k < assignment.GetSize(); ++k) {
-        int const other = assignment.GetAt(k) - 1;
-        if (other < 0 || other >= assignment.GetSize()) {
+    std::size_t const size = static_cast<std::size_t>(assignment.GetSize());
+    Labelling labelling(size, size);
+    for (std::size_t k = 0; k < size; ++k) {
+        std::size_t const other = static_cast<std::size_t>(assignment.GetAt(static_cast<int>(k)) - 1);
+        if (other >= size) {
             return {};
         }
         if (type == trigonalPrismatic || type == trigonalAntiprismatic) {
@@ -92,10 +94,12 @@ Labelling Read(IntArray const& assignment, CoordinationGeometryType type)
             labelling[k] = other;
         }
     }
-    return std::is_permutation(labelling.begin(), labelling.end(), labelling.begin()) &&
-                   std::count(labelling.begin(), labelling.end(), -1) == 0
-               ? labelling
-               : Labelling();
+    std::vector<bool> seen(size + 1);
+    for (std::size_t ligand : labelling) {
+        seen[ligand] = true;
+    }
+    return std::count(seen.begin(), seen.end() - 1, true) == static_cast<long>(size) ? labelling
+                                                                                     : Labelling();
 }
 
 PointArray Points(std::vector<Point3d> const& points)
@@ -136,10 +140,10 @@ TEST(IdealDeviationTest, IdealSitesInAnyOrderFitPerfectly)
         SCOPED_TRACE(type);
         std::vector<Point3d> const ideal = IdealLigands(type);
         Labelling order(ideal.size());
-        std::iota(order.begin(), order.end(), 0);
+        std::iota(order.begin(), order.end(), 0u);
         do {
             PointArray ligands;
-            for (int site : order) {
+            for (std::size_t site : order) {
                 ligands.push_back(ideal[site]);
             }
             ASSERT_LE(CheckedDeviation(ideal, ligands, type), 1e-12) << testing::PrintToString(order);
@@ -206,8 +210,8 @@ TEST(IdealDeviationTest, WithoutAMeasureOrTheRightNumberOfPointsTheAnswerIsMinus
     for (int number = -1; number <= 31; ++number) {
         auto const type = static_cast<CoordinationGeometryType>(number);
         bool const hasMeasure = std::count(std::begin(measured), std::end(measured), type) != 0;
-        for (int points = 0; points <= 10; ++points) {
-            if (hasMeasure && points == GetCoordinationNumber(type)) {
+        for (std::size_t points = 0; points <= 10; ++points) {
+            if (hasMeasure && static_cast<int>(points) == GetCoordinationNumber(type)) {
                 continue;
             }
             IntArray assignment(2, 1);

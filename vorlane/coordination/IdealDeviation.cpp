@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <utility>
 
 // The measure is the sum, over all pairs of sites (s, t), of (c(s, t) - ideal(s, t))², where c(s, t) is the
 // cosine of the two ligands that a labelling puts on the sites. Multiplied out it is Q + K + L: Q, the sum of
@@ -26,13 +27,12 @@ constexpr std::size_t PairIndex(int first, int second)
 
 using PairCosines = std::array<double, maximumPairs>;
 
-/// The dot products of every two points, in the order of PairIndex.
-void ComputePairCosines(Orrin::LegacyArray<Spatia::Point3d> const& coordinates, PairCosines& cosines)
+/// The dot products of every two of the first `count` points, in the order of PairIndex.
+inline void ComputePairCosines(Spatia::Point3d const* points, int count, PairCosines& cosines)
 {
-    Spatia::Point3d const* const points = coordinates.GetData();
     std::size_t pair = 0;
-    for (long i = 1; i < coordinates.GetSize(); ++i) {
-        for (long j = 0; j < i; ++j) {
+    for (int i = 1; i < count; ++i) {
+        for (int j = 0; j < i; ++j) {
             cosines[pair++] =
                 points[i].x * points[j].x + points[i].y * points[j].y + points[i].z * points[j].z;
         }
@@ -175,12 +175,10 @@ constexpr std::size_t PairsOfAllTerms()
     return count;
 }
 
-/// For each candidate, the pair cosines that its L adds up, term after term, as places in the list of pairs.
-/// So nothing is left of ligand numbers when the function runs.
 template <auto const& measure>
 constexpr auto PairsOfCandidates()
 {
-    std::array<std::array<unsigned char, PairsOfAllTerms<measure>()>, measure.rows.size()> table{};
+    std::array<std::array<std::size_t, PairsOfAllTerms<measure>()>, measure.rows.size()> table{};
     for (std::size_t candidate = 0; candidate < measure.rows.size(); ++candidate) {
         std::size_t place = 0;
         for (LinearTerm const& term : measure.terms) {
@@ -190,12 +188,16 @@ constexpr auto PairsOfCandidates()
                     LigandOnSite(row, measure.meaning, measure.ligands, term.pairs[k].first - 1);
                 int const second =
                     LigandOnSite(row, measure.meaning, measure.ligands, term.pairs[k].second - 1);
-                table[candidate][place++] = static_cast<unsigned char>(PairIndex(first, second));
+                table[candidate][place++] = PairIndex(first, second);
             }
         }
     }
     return table;
 }
+
+/// For each candidate, the pair cosines that its L adds up, term after term, as places in the list of pairs.
+template <auto const& measure>
+constexpr auto pairsOfCandidates = PairsOfCandidates<measure>();
 
 struct BestLabelling
 {
@@ -203,40 +205,60 @@ struct BestLabelling
     char const* row;
 };
 
-template <auto const& measure>
-BestLabelling FindBestLabelling(PairCosines const& cosines)
+/// The cosines of a candidate from place FIRST on, added up. All places are constants when this is compiled,
+/// so that what is left is additions.
+template <auto const& measure, std::size_t CANDIDATE, std::size_t FIRST, std::size_t... K>
+double SumOfCosines(PairCosines const& cosines, std::index_sequence<K...>)
 {
-    static constexpr auto pairsOfCandidates = PairsOfCandidates<measure>();
+    return (... + cosines[pairsOfCandidates<measure>[CANDIDATE][FIRST + K]]);
+}
 
+/// The terms of L of a candidate from TERM on, whose pairs begin at place FIRST, added to `before` in order.
+template <auto const& measure, std::size_t CANDIDATE, std::size_t TERM = 0, std::size_t FIRST = 0>
+double LinearPart(PairCosines const& cosines, [[maybe_unused]] double before = 0.0)
+{
+    if constexpr (TERM == measure.terms.size()) {
+        return before;
+    } else {
+        constexpr std::size_t count = static_cast<std::size_t>(measure.terms[TERM].pairCount);
+        double const term = measure.terms[TERM].factor * SumOfCosines<measure, CANDIDATE, FIRST>(
+                                                             cosines, std::make_index_sequence<count>());
+        return LinearPart<measure, CANDIDATE, TERM + 1, FIRST + count>(cosines,
+                                                                       TERM == 0 ? term : before + term);
+    }
+}
+
+template <auto const& measure, std::size_t... CANDIDATE>
+std::array<double, sizeof...(CANDIDATE)> CostsOfCandidates(PairCosines const& cosines, double common,
+                                                           std::index_sequence<CANDIDATE...>)
+{
+    return {common + LinearPart<measure, CANDIDATE>(cosines)...};
+}
+
+template <auto const& measure>
+BestLabelling FindBestLabelling(Spatia::Point3d const* points)
+{
+    constexpr std::size_t candidates = measure.rows.size();
+    PairCosines cosines;
+    ComputePairCosines(points, measure.ligands, cosines);
     double common = 0.0;
     for (std::size_t pair = 0; pair < PairIndex(measure.ligands, 0); ++pair) {
         common += cosines[pair] * cosines[pair];
     }
     common += measure.constant;
+    auto const costs = CostsOfCandidates<measure>(cosines, common, std::make_index_sequence<candidates>());
 
-    std::array<double, measure.rows.size()> costs;
-    for (std::size_t candidate = 0; candidate < costs.size(); ++candidate) {
-        double linear = 0.0;
-        std::size_t place = 0;
-        for (LinearTerm const& term : measure.terms) {
-            double sum = cosines[pairsOfCandidates[candidate][place++]];
-            for (int k = 1; k < term.pairCount; ++k) {
-                sum += cosines[pairsOfCandidates[candidate][place++]];
-            }
-            linear += term.factor * sum;
-        }
-        costs[candidate] = common + linear;
-    }
-
-    // Among equal costs the first stays; so does the first row of all if every cost is NaN.
+    // Among equal costs the first stays; so does the first row of all if its cost is NaN.
     std::size_t best = 0;
-    for (std::size_t candidate = 1; candidate < costs.size(); ++candidate) {
-        if (costs[candidate] < costs[best]) {
+    double bestCost = costs[0];
+    for (std::size_t candidate = 1; candidate < candidates; ++candidate) {
+        if (costs[candidate] < bestCost) {
+            bestCost = costs[candidate];
             best = candidate;
         }
     }
     // A perfect fit may come out as a rounding below 0.
-    return {costs[best] < 0.0 ? 0.0 : costs[best], measure.rows[best]};
+    return {bestCost < 0.0 ? 0.0 : bestCost, measure.rows[best]};
 }
 
 /// The best labelling of a geometry with a measure; its row is null for any other geometry and for a wrong
@@ -244,7 +266,7 @@ BestLabelling FindBestLabelling(PairCosines const& cosines)
 BestLabelling FindBestLabelling(Orrin::LegacyArray<Spatia::Point3d> const& coordinates,
                                 CoordinationGeometryType type)
 {
-    using Evaluator = BestLabelling (*)(PairCosines const&);
+    using Evaluator = BestLabelling (*)(Spatia::Point3d const*);
     Evaluator evaluate = nullptr;
     switch (type) {
     case trigonalPyramidal:
@@ -289,9 +311,7 @@ BestLabelling FindBestLabelling(Orrin::LegacyArray<Spatia::Point3d> const& coord
     if (evaluate == nullptr || coordinates.GetSize() != GetCoordinationNumber(type)) {
         return {-1.0, nullptr};
     }
-    PairCosines cosines;
-    ComputePairCosines(coordinates, cosines);
-    return evaluate(cosines);
+    return evaluate(coordinates.GetData());
 }
 
 } // namespace
