@@ -10,7 +10,7 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 # An interface target, so that a project which includes this one by add_subdirectory keeps its own settings.
 add_library(vorlane_settings INTERFACE)
-target_include_directories(vorlane_settings INTERFACE ${PROJECT_SOURCE_DIR})
+target_include_directories(vorlane_settings INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/generated)
 # Results are the same bits from every compiler: no fused multiply-add, no reordering.
 target_compile_options(vorlane_settings INTERFACE -ffp-contract=off)
 target_compile_options(vorlane_settings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)

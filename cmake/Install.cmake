@@ -12,6 +12,7 @@ foreach(library IN ITEMS VorlanePlatform VorlaneCore)
     SOVERSION ${PROJECT_VERSION_MAJOR})
   target_include_directories(${library} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/generated>
     $<INSTALL_INTERFACE:${VORLANE_INCLUDE_DIR}>)
   target_compile_features(${library} PUBLIC cxx_std_17)
 endforeach()
@@ -28,6 +29,10 @@ foreach(folder IN ITEMS platform vorlane)
     COMPONENT development
     FILES_MATCHING PATTERN "*.h" PATTERN "*Internal.h" EXCLUDE)
 endforeach()
+
+install(FILES ${PROJECT_BINARY_DIR}/generated/vorlane/Version.h
+  DESTINATION ${VORLANE_INCLUDE_DIR}/vorlane
+  COMPONENT development)
 
 install(EXPORT VorlaneCoreTargets
   NAMESPACE Vorlane::
