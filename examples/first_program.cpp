@@ -20,7 +20,7 @@ int main()
         Vorlane::IntArray sites;
         double const deviation =
             DeviationFromIdealCoordinationGeometry(ligands, StringToCoordinationGeometry(name), sites);
-        std::printf("%-12s %.4f   ligands on sites 1 to 4: %d %d %d %d\n", name, deviation, sites[0], sites[1],
-                    sites[2], sites[3]);
+        std::printf("%-12s %.4f   ligands on sites 1 to 4: %d %d %d %d\n", name, deviation, sites[0],
+                    sites[1], sites[2], sites[3]);
     }
 }

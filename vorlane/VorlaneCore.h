@@ -7,6 +7,7 @@
 #include "vorlane/Version.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 #include "vorlane/foundation/Lifecycle.h"
+#include "vorlane/foundation/TypedArrays.h"
 #include "vorlane/foundation/ValueTypes.h"
 
 #endif

@@ -7,7 +7,8 @@
 
 namespace Orrin {
 
-/// A colour in one 32-bit packed value. From the low byte up: red, green, blue, alpha; an alpha of 255 is opaque.
+/// A colour in one 32-bit packed value. From the low byte up: red, green, blue, alpha; an alpha of 255 is
+/// opaque.
 class VORLANE_PLATFORM_EXPORT Color
 {
 public:

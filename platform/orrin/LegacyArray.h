@@ -15,7 +15,8 @@ namespace Orrin {
 
 /// Gives `vector` `size` entries, new ones as copies of `fill`.
 ///
-/// \throws std::length_error "vector<T> too long" if `size` is negative or too large for a signed 32-bit number
+/// \throws std::length_error "vector<T> too long" if `size` is negative or too large for a signed 32-bit
+/// number
 ///         or for the vector.
 /// \throws CMemoryException if the memory cannot be had; the vector is then as it was.
 template <typename T>
@@ -28,9 +29,9 @@ void ResizeVector(std::vector<T>& vector, std::int64_t size, T const& fill)
     AfxWithMemoryException([&] { vector.resize(static_cast<std::size_t>(size), fill); });
 }
 
-/// A polymorphic holder of a vector. Indexes run from 0 to the size minus 1 and are the caller's duty: they are
-/// asserted in debug builds and not tested otherwise. Whatever takes memory raises CMemoryException if there is
-/// none, and then leaves the array as it was.
+/// A polymorphic holder of a vector. Indexes run from 0 to the size minus 1 and are the caller's duty: they
+/// are asserted in debug builds and not tested otherwise. Whatever takes memory raises CMemoryException if
+/// there is none, and then leaves the array as it was.
 template <typename T>
 class VORLANE_PLATFORM_EXPORT LegacyArray
 {
@@ -38,8 +39,7 @@ public:
     LegacyArray() = default;
     LegacyArray(LegacyArray const& other)
         : m_vector(AfxWithMemoryException([&] { return std::vector<T>(other.m_vector); }))
-    {
-    }
+    {}
     LegacyArray(LegacyArray&&) noexcept = default;
     LegacyArray& operator=(LegacyArray const& other)
     {

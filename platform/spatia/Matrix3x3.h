@@ -10,8 +10,14 @@ class Matrix3x3
 {
 public:
     /// Tags for the two constant matrices. They are two types, since both have the value 0.
-    enum NullMatrixTag { NullMatrix = 0 };
-    enum IdentityMatrixTag { IdentityMatrix = 0 };
+    enum NullMatrixTag
+    {
+        NullMatrix = 0
+    };
+    enum IdentityMatrixTag
+    {
+        IdentityMatrix = 0
+    };
 
     /// All elements 0.
     constexpr Matrix3x3() = default;
@@ -20,8 +26,7 @@ public:
     constexpr Matrix3x3(double m00, double m01, double m02, double m10, double m11, double m12, double m20,
                         double m21, double m22)
         : m_elements{m00, m01, m02, m10, m11, m12, m20, m21, m22}
-    {
-    }
+    {}
 
     /// All elements 0.
     constexpr Matrix3x3(NullMatrixTag) {}

@@ -8,7 +8,10 @@ class Matrix4x4
 {
 public:
     /// Tag for the matrix of zeros.
-    enum NullMatrixTag { NullMatrix = 0 };
+    enum NullMatrixTag
+    {
+        NullMatrix = 0
+    };
 
     /// All elements 0.
     constexpr Matrix4x4() = default;

@@ -16,6 +16,19 @@ void CallA()
     calls += 'a';
 }
 
+void CallB()
+{
+    calls += 'b';
+}
+
+ExitFunctionList* openList = nullptr;
+
+void AddOneMore()
+{
+    calls += '+';
+    openList->AddFunction(CallA);
+}
+
 } // namespace
 
 TEST(LifecycleTest, FunctionsRunAtConstructionAndDestruction)
@@ -31,6 +44,21 @@ TEST(LifecycleTest, FunctionsRunAtConstructionAndDestruction)
     }
     EXPECT_EQ(calls, "aa");
     static_assert(!std::is_copy_constructible_v<ExitFunction> && !std::is_copy_assignable_v<EntryFunction>);
+}
+
+TEST(LifecycleTest, ListRunsFromTheLastAddedToTheFirst)
+{
+    calls.clear();
+    {
+        ExitFunctionList const empty;
+        ExitFunctionList list;
+        openList = &list;
+        for (void (*function)() : {CallA, CallB, AddOneMore, CallB, CallB}) {
+            list.AddFunction(function);
+        }
+        EXPECT_EQ(calls, "");
+    }
+    EXPECT_EQ(calls, "bb+ba") << "what is added meanwhile is not run";
 }
 
 TEST(FeedbackTest, StatusTwoAloneInterrupts)

@@ -60,7 +60,8 @@ TEST(DocumentedCodeTest, BlocksAreTheFilesAndOutputsThatTheyName)
     int blocks = 0;
     for (fs::path const& document : Documents()) {
         std::string const text = ReadFile(document);
-        for (std::sregex_iterator match(text.begin(), text.end(), block), end; match != end; ++match, ++blocks) {
+        for (std::sregex_iterator match(text.begin(), text.end(), block), end; match != end;
+             ++match, ++blocks) {
             std::string const kind = (*match)[1];
             std::string const name = (*match)[2];
             std::string const expected =
@@ -77,7 +78,8 @@ TEST(DocumentedCodeTest, LinksLeadSomewhere)
     int links = 0;
     for (fs::path const& document : Documents()) {
         std::string const text = ReadFile(document);
-        for (std::sregex_iterator match(text.begin(), text.end(), link), end; match != end; ++match, ++links) {
+        for (std::sregex_iterator match(text.begin(), text.end(), link), end; match != end;
+             ++match, ++links) {
             EXPECT_TRUE(fs::exists(document.parent_path() / std::string((*match)[1])))
                 << document << " links to " << (*match)[1];
         }

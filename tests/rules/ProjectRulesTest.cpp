@@ -59,7 +59,8 @@ std::vector<std::string> IncludesOf(SourceFile const& file)
 {
     static std::regex const include("(?:^|\n)[ \t]*#[ \t]*include[ \t]*\"([^\"]*)\"");
     std::vector<std::string> result;
-    for (std::sregex_iterator match(file.text.begin(), file.text.end(), include), end; match != end; ++match) {
+    for (std::sregex_iterator match(file.text.begin(), file.text.end(), include), end; match != end;
+         ++match) {
         result.push_back((*match)[1]);
     }
     return result;
@@ -69,7 +70,13 @@ std::vector<std::string> IncludesOf(SourceFile const& file)
 std::string CodeOf(std::string const& text)
 {
     std::string code;
-    enum { code_, line, block, quoted } state = code_;
+    enum
+    {
+        code_,
+        line,
+        block,
+        quoted
+    } state = code_;
     char quote = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         char const c = text[i];
@@ -80,7 +87,8 @@ std::string CodeOf(std::string const& text)
                 state = line;
             } else if (c == '/' && next == '*') {
                 state = block;
-            } else if (c == '"' || (c == '\'' && !(i > 0 && std::isalnum(static_cast<unsigned char>(text[i - 1]))))) {
+            } else if (c == '"' ||
+                       (c == '\'' && !(i > 0 && std::isalnum(static_cast<unsigned char>(text[i - 1]))))) {
                 state = quoted;
                 quote = c;
             } else {
@@ -150,8 +158,8 @@ TEST(ProjectRulesTest, IncludesKeepToTheWalls)
     }
 }
 
-// The foundation lies below everything. The two files that look up are the one that includes all public headers
-// and the one that fixes the order of the objects built at load.
+// The foundation lies below everything. The two files that look up are the one that includes all public
+// headers and the one that fixes the order of the objects built at load.
 TEST(ProjectRulesTest, SubsystemsFormNoCircle)
 {
     std::vector<std::pair<std::string, std::string>> arrows;
@@ -174,8 +182,8 @@ TEST(ProjectRulesTest, SubsystemsFormNoCircle)
         before = arrows.size();
         std::vector<std::pair<std::string, std::string>> rest;
         for (auto const& arrow : arrows) {
-            bool const targetIsFree = std::none_of(arrows.begin(), arrows.end(),
-                                                   [&](auto const& other) { return other.first == arrow.second; });
+            bool const targetIsFree = std::none_of(
+                arrows.begin(), arrows.end(), [&](auto const& other) { return other.first == arrow.second; });
             if (!targetIsFree) {
                 rest.push_back(arrow);
             }
@@ -189,7 +197,8 @@ TEST(ProjectRulesTest, SubsystemsFormNoCircle)
 
 TEST(ProjectRulesTest, EveryFileBelongsToATarget)
 {
-    for (SourceFile const& file : SourcesBelow({"platform", "vorlane", "tests", "benchmarks", "fuzz", "examples"})) {
+    for (SourceFile const& file :
+         SourcesBelow({"platform", "vorlane", "tests", "benchmarks", "fuzz", "examples"})) {
         if (file.path.substr(file.path.size() - 4) != ".cpp") {
             continue;
         }
@@ -198,7 +207,8 @@ TEST(ProjectRulesTest, EveryFileBelongsToATarget)
         fs::path const path(file.path);
         std::regex const name("(^|[ \t\n(\"/])" + path.stem().string() + "(\\.cpp)?([ \t\n)\"]|$)");
         bool listed = false;
-        for (fs::path folder = path.parent_path(); !folder.empty() && !listed; folder = folder.parent_path()) {
+        for (fs::path folder = path.parent_path(); !folder.empty() && !listed;
+             folder = folder.parent_path()) {
             listed = std::regex_search(ReadFile(root / folder / "CMakeLists.txt"), name);
         }
         EXPECT_TRUE(listed) << file.path << " belongs to no target";
@@ -207,10 +217,12 @@ TEST(ProjectRulesTest, EveryFileBelongsToATarget)
 
 TEST(ProjectRulesTest, LibraryCallsNothingThatDependsOnTheLocale)
 {
-    std::regex const forbidden(
-        "\\b(strto[dfl]|strtold|strtoul|strtoll|atof|atoi|atol|sscanf|setlocale|localeconv|isspace|isalpha|isalnum|"
-        "isdigit|isupper|islower|ispunct|isprint|isxdigit|tolower|toupper|strcoll|strcasecmp|mbstowcs|wcstombs|"
-        "mbrtowc|wcrtomb|sto[dfil]|stol|stoul|stoll|to_wstring|ostringstream|istringstream|stringstream)\\s*\\(");
+    std::regex const forbidden("\\b(strto[dfl]|strtold|strtoul|strtoll|atof|atoi|atol|sscanf|setlocale|"
+                               "localeconv|isspace|isalpha|isalnum|"
+                               "isdigit|isupper|islower|ispunct|isprint|isxdigit|tolower|toupper|strcoll|"
+                               "strcasecmp|mbstowcs|wcstombs|"
+                               "mbrtowc|wcrtomb|sto[dfil]|stol|stoul|stoll|to_wstring|ostringstream|"
+                               "istringstream|stringstream)\\s*\\(");
     for (SourceFile const& file : SourcesBelow({"platform", "vorlane"})) {
         std::string const code = CodeOf(file.text);
         for (std::sregex_iterator match(code.begin(), code.end(), forbidden), end; match != end; ++match) {
@@ -221,7 +233,8 @@ TEST(ProjectRulesTest, LibraryCallsNothingThatDependsOnTheLocale)
 
 TEST(ProjectRulesTest, EveryHeaderHasAGuardThatNamesIt)
 {
-    for (SourceFile const& file : SourcesBelow({"platform", "vorlane", "tests", "examples", "benchmarks", "fuzz"})) {
+    for (SourceFile const& file :
+         SourcesBelow({"platform", "vorlane", "tests", "examples", "benchmarks", "fuzz"})) {
         if (file.path.substr(file.path.size() - 2) != ".h") {
             continue;
         }

@@ -7,8 +7,8 @@
 
 namespace VorlaneTest {
 
-/// A random engine whose seed is printed with a failing test: the environment variable VORLANE_TEST_SEED if it
-/// is set, else a fixed number, so that a run can be repeated.
+/// A random engine whose seed is printed with a failing test: the environment variable VORLANE_TEST_SEED if
+/// it is set, else a fixed number, so that a run can be repeated.
 class SeededEngine : public std::mt19937_64
 {
 public:

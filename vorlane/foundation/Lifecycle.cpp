@@ -36,6 +36,29 @@ ExitFunction& ExitFunction::operator=(ExitFunction const&)
     return *this;
 }
 
+ExitFunctionList::ExitFunctionList() = default;
+
+ExitFunctionList::~ExitFunctionList()
+{
+    // By index from the last: a function that adds another does not disturb the walk.
+    for (int index = m_functions.GetSize() - 1; index >= 0; --index) {
+        m_functions[index]();
+    }
+}
+
+void ExitFunctionList::AddFunction(void (*function)())
+{
+    m_functions.Add(function);
+}
+
+// A copy starts empty.
+ExitFunctionList::ExitFunctionList(ExitFunctionList const&) {}
+
+ExitFunctionList& ExitFunctionList::operator=(ExitFunctionList const&)
+{
+    return *this;
+}
+
 Feedback::~Feedback() = default;
 
 void Feedback::Finished() {}
@@ -48,8 +71,7 @@ Counter::Counter(unsigned long step) : Counter(0, step) {}
 
 Counter::Counter(unsigned long value, unsigned long step)
     : m_value(static_cast<std::uint32_t>(value)), m_step(static_cast<std::uint32_t>(step))
-{
-}
+{}
 
 Counter Counter::operator++(int)
 {

@@ -6,6 +6,7 @@
 /// interruption, and a stepping counter. Nothing here locks; an object is used from one thread at a time.
 
 #include "vorlane/Export.h"
+#include "vorlane/foundation/FrameworkSurface.h"
 
 #include <cstdint>
 
@@ -41,12 +42,34 @@ private:
     void (*m_function)();
 };
 
-/// The base of progress reports. Whoever wants to stop some work sets the status to `interrupted`; the code that
-/// works polls CheckInterrupted. No algorithm of this library takes a Feedback.
+/// Calls functions when it is destroyed, from the last added to the first. At namespace scope it runs them at
+/// the module's unload.
+class VORLANE_EXPORT ExitFunctionList
+{
+public:
+    ExitFunctionList();
+    virtual ~ExitFunctionList();
+
+    /// Appends `function`, which must not be null; the same function may be added more than once. One that is
+    /// added while the list is being destroyed is not called.
+    ///
+    /// \throws CMemoryException if there is no room; the list is then as it was.
+    void AddFunction(void (*function)());
+
+private:
+    ExitFunctionList(ExitFunctionList const&);
+    ExitFunctionList& operator=(ExitFunctionList const&);
+
+    CArray<void (*)(), void (*)()> m_functions;
+};
+
+/// The base of progress reports. Whoever wants to stop some work sets the status to `interrupted`; the code
+/// that works polls CheckInterrupted. No algorithm of this library takes a Feedback.
 class VORLANE_EXPORT Feedback
 {
 public:
-    enum Status : int {
+    enum Status : int
+    {
         running = 0,    ///< the status of a new object
         finished = 1,   ///< for derived classes
         interrupted = 2 ///< somebody asks the work to stop
