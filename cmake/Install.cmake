@@ -65,3 +65,9 @@ configure_file(cmake/VorlaneCore.pc.in ${PROJECT_BINARY_DIR}/VorlaneCore.pc @ONL
 install(FILES ${PROJECT_BINARY_DIR}/VorlaneCore.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
+
+# gdb loads the pretty-printers along with the platform's library.
+install(FILES ${PROJECT_SOURCE_DIR}/scripts/gdb/vorlane_printers.py
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${CMAKE_INSTALL_FULL_LIBDIR}
+  RENAME libVorlanePlatform.so.${PROJECT_VERSION}-gdb.py
+  COMPONENT development)
