@@ -5,6 +5,7 @@
 /// Everything public, in one include.
 
 #include "vorlane/Version.h"
+#include "vorlane/coordination/CoordinationGeometry.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 #include "vorlane/foundation/Lifecycle.h"
 #include "vorlane/foundation/TypedArrays.h"
