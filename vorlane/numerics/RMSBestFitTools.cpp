@@ -1,0 +1,268 @@
+#include "vorlane/numerics/RMSBestFitToolsInternal.h"
+
+#include "vorlane/numerics/EigenSolverInternal.h"
+
+#include <algorithm>
+
+using Spatia::Matrix3x3;
+using Spatia::Matrix4x4;
+using Spatia::Point3d;
+
+namespace Vorlane::RMSBestFitTools {
+
+namespace {
+
+using PointArray = Orrin::LegacyArray<Point3d>;
+
+/// The eigensystem by way of storage on the stack; the bits are those of QuadraticMatrix.
+template <int dimension, typename Matrix>
+void GetEigensystem(Matrix const& matrix, double* vectors, double* values)
+{
+    double elements[dimension][dimension];
+    double* rows[dimension];
+    for (int row = 0; row < dimension; ++row) {
+        rows[row] = elements[row];
+        for (int column = 0; column < dimension; ++column) {
+            elements[row][column] = matrix(row, column);
+        }
+    }
+    if (!EigenSolver::IsSymmetric(rows, dimension)) {
+        for (int row = 0; row < dimension; ++row) {
+            std::fill_n(elements[row], dimension, 0.0);
+            elements[row][row] = 1.0;
+            values[row] = 0.0;
+        }
+    } else if (EigenSolver::SolveSymmetric(rows, dimension, values)) {
+        EigenSolver::SortColumns(rows, dimension, values, QuadraticMatrix::Descending);
+    }
+    for (int row = 0; row < dimension; ++row) {
+        for (int column = 0; column < dimension; ++column) {
+            vectors[row * dimension + column] = elements[column][row];
+        }
+    }
+}
+
+Matrix3x3 RotationOf(double const* quaternion)
+{
+    double m[9];
+    QuaternionToMatrix(quaternion, m);
+    return Matrix3x3(m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8]);
+}
+
+/// Whether the sets can be superposed at all.
+bool ArePaired(PointArray const& first, PointArray const& second)
+{
+    return first.size() == second.size() && first.size() != 0;
+}
+
+/// Builds the matrix of two paired sets around their centroids, which are found on the way.
+void BuildQuaternionMatrix(PointArray const& first, PointArray const& second, Point3d& firstCentroid,
+                           Point3d& secondCentroid, Matrix4x4& matrix)
+{
+    firstCentroid = FindCentroid(first);
+    secondCentroid = FindCentroid(second);
+    Point3d const* const a = first.GetData();
+    Point3d const* const b = second.GetData();
+    long const count = first.GetSize();
+    double sums[10] = {};
+    for (long i = 0; i < count; ++i) {
+        Point3d const p = a[i] - firstCentroid;
+        Point3d const q = b[i] - secondCentroid;
+        double const xx = p.x * q.x;
+        double const xy = p.x * q.y;
+        double const xz = p.x * q.z;
+        double const yx = p.y * q.x;
+        double const yy = p.y * q.y;
+        double const yz = p.y * q.z;
+        double const zx = p.z * q.x;
+        double const zy = p.z * q.y;
+        double const zz = p.z * q.z;
+        sums[0] += xx + yy + zz;
+        sums[1] += yz - zy;
+        sums[2] += zx - xz;
+        sums[3] += xy - yx;
+        sums[4] += xx - yy - zz;
+        sums[5] += xy + yx;
+        sums[6] += zx + xz;
+        sums[7] += yy - xx - zz;
+        sums[8] += yz + zy;
+        sums[9] += zz - xx - yy;
+    }
+    double const* sum = sums;
+    for (int row = 0; row < 4; ++row) {
+        for (int column = row; column < 4; ++column) {
+            matrix(row, column) = *sum++;
+            matrix(column, row) = matrix(row, column);
+        }
+    }
+}
+
+} // namespace
+
+void FindPlane(PointArray const& points, Point3d& centroid, Point3d& normal)
+{
+    if (points.size() < 2) {
+        centroid = points.size() == 0 ? Point3d::origin : points.GetAt(0);
+        normal = Point3d::kVector;
+        return;
+    }
+    double const weight = 1.0 / static_cast<double>(points.GetSize());
+    Point3d center = Point3d::origin;
+    for (Point3d const& point : points) {
+        center.x += point.x * weight;
+        center.y += point.y * weight;
+        center.z += point.z * weight;
+    }
+
+    Matrix3x3 scatter(Matrix3x3::NullMatrix);
+    for (Point3d const& point : points) {
+        Point3d const d = point - center;
+        scatter(0, 0) += d.x * d.x;
+        scatter(0, 1) += d.y * d.x;
+        scatter(0, 2) += d.z * d.x;
+        scatter(1, 1) += d.y * d.y;
+        scatter(1, 2) += d.z * d.y;
+        scatter(2, 2) += d.z * d.z;
+    }
+    scatter(1, 0) = scatter(0, 1);
+    scatter(2, 0) = scatter(0, 2);
+    scatter(2, 1) = scatter(1, 2);
+
+    double vectors[9];
+    double values[3];
+    GetEigensystem3x3(scatter, vectors, values);
+    centroid = center;
+    normal = Point3d(vectors[6], vectors[7], vectors[8]);
+}
+
+bool FindAndApplyTransformation(PointArray const& first, PointArray const& second, PointArray& points)
+{
+    if (!ArePaired(first, second) || points.size() == 0) {
+        return false;
+    }
+    if (first.size() == 1) {
+        Point3d const shift = second.GetAt(0) - first.GetAt(0);
+        for (Point3d& point : points) {
+            point = point + shift;
+        }
+        return true;
+    }
+    Matrix3x3 rotation;
+    Point3d translation;
+    FindTransformation(first, second, rotation, translation);
+    for (Point3d& point : points) {
+        point = point * rotation + translation;
+    }
+    return true;
+}
+
+bool FindTransformation(PointArray const& first, PointArray const& second, Matrix3x3& rotation,
+                        Point3d& translation)
+{
+    rotation = Matrix3x3(Matrix3x3::IdentityMatrix);
+    translation = Point3d::zero;
+    if (!ArePaired(first, second)) {
+        return false;
+    }
+    if (first.size() == 1) {
+        translation = second.GetAt(0) - first.GetAt(0);
+        return true;
+    }
+    Matrix4x4 matrix;
+    Point3d firstCentroid;
+    Point3d secondCentroid;
+    BuildQuaternionMatrix(first, second, firstCentroid, secondCentroid, matrix);
+    FindRotation(matrix, rotation);
+    translation = secondCentroid - firstCentroid * rotation;
+    return true;
+}
+
+bool FindAllTransformations(PointArray const& first, PointArray const& second, Matrix3x3* rotations,
+                            Point3d* translations, double* eigenvalues)
+{
+    std::fill_n(rotations, 4, Matrix3x3(Matrix3x3::IdentityMatrix));
+    std::fill_n(translations, 4, Point3d::zero);
+    std::fill_n(eigenvalues, 4, 0.0);
+    if (!ArePaired(first, second)) {
+        return false;
+    }
+    Matrix4x4 matrix;
+    Point3d firstCentroid;
+    Point3d secondCentroid;
+    BuildQuaternionMatrix(first, second, firstCentroid, secondCentroid, matrix);
+    FindAllRotations(matrix, eigenvalues, rotations);
+    for (int k = 0; k < 4; ++k) {
+        translations[k] = secondCentroid - firstCentroid * rotations[k];
+    }
+    return true;
+}
+
+Point3d FindCentroid(PointArray const& points)
+{
+    Point3d sum = Point3d::origin;
+    for (Point3d const& point : points) {
+        sum = sum + point;
+    }
+    if (points.size() != 0) {
+        sum /= static_cast<double>(points.GetSize());
+    }
+    return sum;
+}
+
+bool BuildQuaternionMatrix(PointArray const& first, PointArray const& second, Matrix4x4& matrix)
+{
+    matrix = Matrix4x4(Matrix4x4::NullMatrix);
+    if (!ArePaired(first, second)) {
+        return false;
+    }
+    Point3d firstCentroid;
+    Point3d secondCentroid;
+    BuildQuaternionMatrix(first, second, firstCentroid, secondCentroid, matrix);
+    return true;
+}
+
+void GetEigensystem3x3(Matrix3x3 const& matrix, double* vectors, double* values)
+{
+    GetEigensystem<3>(matrix, vectors, values);
+}
+
+void GetEigensystem4x4(Matrix4x4 const& matrix, double* vectors, double* values)
+{
+    GetEigensystem<4>(matrix, vectors, values);
+}
+
+void FindRotation(Matrix4x4 const& matrix, Matrix3x3& rotation)
+{
+    double vectors[16];
+    double values[4];
+    GetEigensystem4x4(matrix, vectors, values);
+    rotation = RotationOf(vectors);
+}
+
+void FindAllRotations(Matrix4x4 const& matrix, double* values, Matrix3x3* rotations)
+{
+    double vectors[16];
+    GetEigensystem4x4(matrix, vectors, values);
+    for (int k = 0; k < 4; ++k) {
+        rotations[k] = RotationOf(vectors + 4 * k);
+    }
+}
+
+void QuaternionToMatrix(double const* quaternion, double* elements)
+{
+    double const q0 = quaternion[0];
+    double const q1 = quaternion[1];
+    double const q2 = quaternion[2];
+    double const q3 = quaternion[3];
+    elements[0] = q0 * q0 + q1 * q1 - q2 * q2 - q3 * q3;
+    elements[1] = 2.0 * (q1 * q2 + q0 * q3);
+    elements[2] = 2.0 * (q1 * q3 - q0 * q2);
+    elements[3] = 2.0 * (q1 * q2 - q0 * q3);
+    elements[4] = q0 * q0 - q1 * q1 + q2 * q2 - q3 * q3;
+    elements[5] = 2.0 * (q2 * q3 + q0 * q1);
+    elements[6] = 2.0 * (q1 * q3 + q0 * q2);
+    elements[7] = 2.0 * (q2 * q3 - q0 * q1);
+    elements[8] = q0 * q0 - q1 * q1 - q2 * q2 + q3 * q3;
+}
+
+} // namespace Vorlane::RMSBestFitTools
