@@ -1,0 +1,428 @@
+#include "vorlane/text/StringUtils.h"
+
+#include "gtest/gtest.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <limits>
+#include <locale>
+#include <map>
+#include <sstream>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+using Spatia::Point3d;
+using Vorlane::StringUtils;
+
+namespace {
+
+std::string Bytes(CString const& text)
+{
+    return std::string(text, static_cast<std::size_t>(text.GetLength()));
+}
+
+CString Text(std::string const& bytes)
+{
+    return CString(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+/// Gives out its bytes in pieces of `step`; with a step of 0 it has no get area at all.
+class PiecewiseBuffer : public std::streambuf
+{
+public:
+    PiecewiseBuffer(std::string bytes, std::size_t step) : m_bytes(std::move(bytes)), m_step(step) {}
+
+protected:
+    int_type underflow() override
+    {
+        if (m_position == m_bytes.size()) {
+            return traits_type::eof();
+        }
+        if (m_step > 0) {
+            std::size_t const count = std::min(m_step, m_bytes.size() - m_position);
+            char* const first = m_bytes.data() + m_position;
+            setg(first, first, first + count);
+            m_position += count;
+            return traits_type::to_int_type(*first);
+        }
+        return traits_type::to_int_type(m_bytes[m_position]);
+    }
+
+    int_type uflow() override
+    {
+        if (m_step > 0) {
+            return std::streambuf::uflow();
+        }
+        int_type const next = underflow();
+        m_position += traits_type::eq_int_type(next, traits_type::eof()) ? 0 : 1;
+        return next;
+    }
+
+private:
+    std::string m_bytes;
+    std::size_t m_step;
+    std::size_t m_position = 0;
+};
+
+/// "item|rest", with "end" and "end+fail" for the bits of a stream that is no longer good.
+std::string Describe(CString const& item, std::istream& stream)
+{
+    std::string rest = stream.eof() ? "end" : "";
+    rest += stream.fail() ? "+fail" : "";
+    if (rest.empty()) {
+        rest.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    }
+    return Bytes(item) + '|' + rest;
+}
+
+using Scanner = std::function<std::string(std::string const&)>;
+
+Scanner Parsing(CString (*parse)(CString&))
+{
+    return [parse](std::string const& input) {
+        CString text = Text(input);
+        std::string const item = Bytes(parse(text));
+        return item + '|' + Bytes(text);
+    };
+}
+
+Scanner Peeking(CString (*peek)(CString const&))
+{
+    return [peek](std::string const& input) {
+        return Bytes(peek(Text(input)));
+    };
+}
+
+Scanner Extracting(CString (*extract)(std::istream&))
+{
+    return [extract](std::string const& input) {
+        std::istringstream stream(input);
+        CString const item = extract(stream);
+        return Describe(item, stream);
+    };
+}
+
+std::map<std::string, Scanner> const& DocumentedScanners()
+{
+    static std::map<std::string, Scanner> const scanners = {
+        {"Parse()", Parsing([](CString& text) { return StringUtils::Parse(text); })},
+        {"Parse(',')", Parsing([](CString& text) { return StringUtils::Parse(text, ','); })},
+        {"ParseQuotedString()", Parsing(StringUtils::ParseQuotedString)},
+        {"Peek()", Peeking([](CString const& text) { return StringUtils::Peek(text); })},
+        {"Peek(',')", Peeking([](CString const& text) { return StringUtils::Peek(text, ','); })},
+        {"PeekQuotedString()", Peeking(StringUtils::PeekQuotedString)},
+        {"ExtractString()",
+         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream); })},
+        {"ExtractString(',')",
+         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream, ','); })},
+        {"ExtractString(\",;\")",
+         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream, ",;"); })},
+    };
+    return scanners;
+}
+
+/// A cell of the documented table as bytes: its blanks are drawn as middle dots, the empty text as a dash.
+std::string FromCell(std::string cell)
+{
+    std::string const dot = "\xC2\xB7";
+    for (std::size_t at = cell.find(dot); at != std::string::npos; at = cell.find(dot, at)) {
+        cell.replace(at, dot.size(), " ");
+    }
+    return cell == "-" ? "" : cell;
+}
+
+std::vector<std::string> Cells(std::string const& line)
+{
+    std::istringstream words(line);
+    return {std::istream_iterator<std::string>(words), std::istream_iterator<std::string>()};
+}
+
+} // namespace
+
+TEST(StringScanningTest, EveryScannerDoesWhatTheDocumentedTableShows)
+{
+    std::ifstream page(VORLANE_SOURCE_DIR "/docs/behaviour.md");
+    std::vector<std::string> header;
+    int cells = 0;
+    for (std::string line; std::getline(page, line);) {
+        std::vector<std::string> const row = Cells(line);
+        if (!row.empty() && row[0] == "input") {
+            header = row;
+        } else if (line == "```") {
+            header.clear();
+        } else if (!header.empty()) {
+            ASSERT_EQ(row.size(), header.size()) << line;
+            for (std::size_t column = 1; column < row.size(); ++column, ++cells) {
+                Scanner const& scanner = DocumentedScanners().at(header[column]);
+                EXPECT_EQ(scanner(FromCell(row[0])), FromCell(row[column]))
+                    << header[column] << " of " << row[0];
+            }
+        }
+    }
+    EXPECT_GE(cells, 100);
+}
+
+TEST(StringScanningTest, SetsOfDelimiters)
+{
+    struct
+    {
+        std::string text;
+        char const* delimiters;
+        char const* parsed;
+        std::string left;
+        char const* peeked;
+    } const rows[] = {
+        {"a;b,c", ",;", "a", "b,c", "a"},
+        {";,;a b", ";,", "", ",;a b", "a b"},
+        {" a b", " ", "a", "b", "a"},
+        {"\ta\nb", "\n\t", "a", "b", "a"},
+        {"a,b ", "", "a,b ", "", "a,b "},
+        {" a,b", nullptr, "a,b", "", " a,b"},
+        {",;", ",;", "", ";", ""},
+        {"\xE9\xFF\x80,", "\x80,", "\xE9\xFF", ",", "\xE9\xFF"},
+        {"\xFF\xFF", "\xFF", "", "\xFF", ""},
+        {"\xA0\x85 a", ",;", "\xA0\x85 a", "", "\xA0\x85 a"},
+    };
+    for (auto const& row : rows) {
+        CString text = Text(row.text);
+        EXPECT_STREQ(StringUtils::Peek(text, row.delimiters), row.peeked) << row.text;
+        EXPECT_STREQ(StringUtils::Parse(text, row.delimiters), row.parsed) << row.text;
+        EXPECT_EQ(Bytes(text), row.left) << row.text;
+    }
+}
+
+TEST(StringScanningTest, AZeroByteIsAnOrdinaryCharacter)
+{
+    std::string const zero("a\0b,\0 c", 7);
+    CString text = Text(zero);
+    EXPECT_EQ(Bytes(StringUtils::Peek(text)), zero.substr(0, 5));
+    EXPECT_EQ(Bytes(StringUtils::Peek(text, ",;")), zero.substr(0, 3));
+    EXPECT_EQ(Bytes(StringUtils::Peek(text, '\0')), "a");
+    EXPECT_EQ(Bytes(StringUtils::Parse(text, ",;")), zero.substr(0, 3));
+    EXPECT_EQ(Bytes(StringUtils::Parse(text)), std::string(1, '\0'));
+    EXPECT_EQ(Bytes(text), "c");
+    text = Text(zero);
+    EXPECT_EQ(Bytes(StringUtils::Parse(text, '\0')), "a");
+    EXPECT_EQ(Bytes(text), zero.substr(2));
+    // Only the numbers end at it.
+    text = Text(std::string("1\0x,2\0,3", 8));
+    Point3d const point = StringUtils::ParsePoint(text, ',');
+    EXPECT_TRUE(point.x == 1 && point.y == 2 && point.z == 3);
+}
+
+TEST(StringScanningTest, NumbersTakeTheLongestFront)
+{
+    double const infinity = std::numeric_limits<double>::infinity();
+    struct
+    {
+        char const* text;
+        double parsed;
+        char const* left;
+        double peeked;
+    } const rows[] = {
+        {"12abc,3", 12, "3", 12},
+        {"abc,3", 0, "3", 0},
+        {",4,5", 0, "4,5", 4},
+        {"", 0, "", 0},
+        {"  -1.5e1 ,2", -15, "2", -15},
+        {"\t,,7", 0, ",7", 0},
+        {"1e999,1", infinity, "1", infinity},
+        {"-1e999", -infinity, "", -infinity},
+        {"1e-999", 0, "", 0},
+        {"4.9e-324x", 4.9e-324, "", 4.9e-324},
+        {"0x1p3z,", 8, "", 8},
+        {"1.5.5", 1.5, "", 1.5},
+    };
+    for (auto const& row : rows) {
+        for (bool asSet : {true, false}) {
+            CString text(row.text);
+            EXPECT_EQ(asSet ? StringUtils::PeekRealNumber(text, ",") : StringUtils::PeekRealNumber(text, ','),
+                      row.peeked)
+                << row.text;
+            EXPECT_EQ(asSet ? StringUtils::ParseRealNumber(text, ",")
+                            : StringUtils::ParseRealNumber(text, ','),
+                      row.parsed)
+                << row.text;
+            EXPECT_STREQ(text, row.left) << row.text;
+        }
+    }
+    CString digits("15e3");
+    EXPECT_EQ(StringUtils::ParseRealNumber(digits, '5'), 1);
+    EXPECT_EQ(StringUtils::PeekRealNumber(digits, "e"), 3);
+}
+
+TEST(StringScanningTest, PointsTakeThreeFieldsWhateverTheyHold)
+{
+    struct
+    {
+        char const* text;
+        Point3d point;
+        char const* left;
+    } const rows[] = {
+        {"1,2,3,4", {1, 2, 3}, "4"}, {"1,x,3,4", {0, 0, 0}, "4"},  {"1,2", {0, 0, 0}, ""},
+        {"1 ,2,3", {0, 0, 0}, ""},   {" 1, 2,\n3", {1, 2, 3}, ""}, {"1,,3,4", {0, 0, 0}, "4"},
+        {",1,2,3", {0, 0, 0}, "3"},  {"1,2,3,", {1, 2, 3}, ""},    {"1,2,1e999,4", {0, 0, 0}, "4"},
+        {"", {0, 0, 0}, ""},         {"1,2,3 ,4", {0, 0, 0}, "4"},
+    };
+    for (auto const& row : rows) {
+        for (bool asSet : {true, false}) {
+            CString text(row.text);
+            Point3d const peeked =
+                asSet ? StringUtils::PeekPoint(text, ",") : StringUtils::PeekPoint(text, ',');
+            EXPECT_STREQ(text, row.text);
+            Point3d const parsed =
+                asSet ? StringUtils::ParsePoint(text, ",") : StringUtils::ParsePoint(text, ',');
+            EXPECT_EQ(parsed.Distance2(row.point), 0) << row.text;
+            EXPECT_EQ(peeked.Distance2(row.point), 0) << row.text;
+            EXPECT_STREQ(text, row.left) << row.text;
+        }
+    }
+}
+
+TEST(StringScanningTest, ChecksOfCharacters)
+{
+    EXPECT_TRUE(StringUtils::CheckNextCharacter('a', " \t\n\v\f\ra"));
+    EXPECT_FALSE(StringUtils::CheckNextCharacter('b', "ab"));
+    EXPECT_FALSE(StringUtils::CheckNextCharacter(' ', "  "));
+    EXPECT_FALSE(StringUtils::CheckNextCharacter('\0', ""));
+    EXPECT_TRUE(StringUtils::CheckNextCharacter('\xFF', "\xFF"));
+    EXPECT_TRUE(StringUtils::CheckQuotedString("\"\"", '"'));
+    EXPECT_TRUE(StringUtils::CheckQuotedString("xabx", 'x'));
+    for (char const* text : {"", "'", " 'a'", "'a' ", "'a\"", "a'"}) {
+        EXPECT_FALSE(StringUtils::CheckQuotedString(text, '\'')) << text;
+    }
+}
+
+TEST(StringScanningTest, ArgumentsMayBeTheTextItself)
+{
+    CString text("ab cd ef");
+    text = StringUtils::Parse(text);
+    EXPECT_STREQ(text, "ab");
+    text = ";,a";
+    EXPECT_STREQ(StringUtils::Parse(text, text), "");
+    EXPECT_STREQ(text, ",a");
+    text = "'b'";
+    CString const copy(text);
+    text = StringUtils::ParseQuotedString(text);
+    EXPECT_STREQ(text, "b");
+    EXPECT_STREQ(copy, "'b'");
+}
+
+TEST(StringScanningTest, ALongTextIsEatenInLinearTime)
+{
+    int const count = 300000; // with a copy of the rest at each step this would move 10^12 bytes
+    std::string record;
+    for (int i = 0; i < count; ++i) {
+        record += "'a', 1,2,3,;";
+    }
+    CString text = Text(record);
+    int items = 0;
+    for (; !text.IsEmpty(); ++items) {
+        ASSERT_STREQ(StringUtils::ParseQuotedString(text), "a");
+        ASSERT_STREQ(StringUtils::Parse(text, ','), "");
+        ASSERT_EQ(StringUtils::ParsePoint(text, ',').z, 3);
+        ASSERT_STREQ(StringUtils::Parse(text, ",;"), "");
+    }
+    EXPECT_EQ(items, count);
+    text = Text(record);
+    for (items = 0; !text.IsEmpty(); ++items) {
+        StringUtils::Parse(text);
+    }
+    EXPECT_EQ(items, count + 1);
+}
+
+TEST(StringScanningTest, StreamsDeliverItemsOfEveryLengthWhole)
+{
+    for (std::size_t length : {1u, 8191u, 8192u, 8193u, 16384u, 1000000u}) {
+        for (std::size_t step : {0u, 1u, 7u, 8192u, 10000000u}) {
+            SCOPED_TRACE(std::to_string(length) + " characters in pieces of " + std::to_string(step));
+            std::string word(length, '\xFF');
+            word[length / 2] = '\0';
+            std::string const bytes = " \n" + word + "\n\t" + word;
+            for (char const* form : {"word", "line", "field"}) {
+                PiecewiseBuffer buffer(bytes, step);
+                std::istream stream(&buffer);
+                auto const extract = [&] {
+                    return Bytes(*form == 'w'   ? StringUtils::ExtractString(stream)
+                                 : *form == 'l' ? StringUtils::ExtractLine(stream)
+                                                : StringUtils::ExtractString(stream, "\n;"));
+                };
+                ASSERT_TRUE(extract() == word) << form;
+                EXPECT_TRUE(stream.good()) << form;
+                EXPECT_EQ(stream.peek(), *form == 'f' ? '\n' : '\t') << form;
+                ASSERT_TRUE(extract() == word) << form;
+                EXPECT_TRUE(stream.eof()) << form;
+                EXPECT_EQ(stream.fail(), *form != 'l') << form;
+                EXPECT_EQ(extract(), "") << form;
+                EXPECT_TRUE(stream.fail()) << form;
+            }
+        }
+    }
+}
+
+TEST(StringScanningTest, LinesAreReadWithoutBlankOnes)
+{
+    std::istringstream stream("\n \r\n  text \r\n\n\nlast ");
+    EXPECT_STREQ(StringUtils::ExtractLine(stream), "text \r");
+    EXPECT_STREQ(StringUtils::ExtractLine(stream), "last ");
+    EXPECT_TRUE(stream.eof() && !stream.fail());
+    std::istringstream blank(" \n ");
+    EXPECT_STREQ(StringUtils::ExtractLine(blank), "");
+    EXPECT_TRUE(blank.eof() && !blank.fail());
+    std::istringstream commas(",,a,");
+    EXPECT_STREQ(StringUtils::ExtractString(commas, ','), "");
+    EXPECT_STREQ(StringUtils::ExtractString(commas, ','), "");
+    EXPECT_STREQ(StringUtils::ExtractString(commas, ','), "a");
+    EXPECT_TRUE(commas.good());
+}
+
+TEST(StringScanningTest, ANullOrEmptySetOfAStreamIsABlank)
+{
+    for (char const* delimiters : {static_cast<char const*>(nullptr), ""}) {
+        std::istringstream stream("a\tb c");
+        EXPECT_STREQ(StringUtils::ExtractString(stream, delimiters), "a\tb");
+        EXPECT_EQ(stream.get(), ' ');
+    }
+}
+
+TEST(StringScanningTest, TheLocaleOfAStreamChangesNothing)
+{
+    /// A character classification for which x is white space and a blank is not.
+    class StrangeCharacters : public std::ctype<char>
+    {
+    public:
+        StrangeCharacters() : std::ctype<char>(m_masks)
+        {
+            std::copy_n(classic_table(), table_size, m_masks);
+            std::swap(m_masks[static_cast<unsigned char>('x')], m_masks[static_cast<unsigned char>(' ')]);
+        }
+
+    private:
+        mask m_masks[table_size];
+    };
+    std::istringstream stream("  xax b x");
+    stream.imbue(std::locale(std::locale::classic(), new StrangeCharacters));
+    EXPECT_STREQ(StringUtils::ExtractString(stream), "xax");
+    EXPECT_STREQ(StringUtils::ExtractString(stream, "x"), "b ");
+    EXPECT_STREQ(StringUtils::ExtractLine(stream), "x");
+}
+
+TEST(StringScanningTest, AStreamThatIsNotGoodGivesNothing)
+{
+    std::istringstream stream("abc def");
+    stream.setstate(std::ios::failbit);
+    EXPECT_STREQ(StringUtils::ExtractString(stream), "");
+    EXPECT_STREQ(StringUtils::ExtractLine(stream), "");
+    EXPECT_STREQ(StringUtils::ExtractString(stream, ","), "");
+    stream.clear();
+    EXPECT_STREQ(StringUtils::ExtractString(stream), "abc");
+    stream.exceptions(std::ios::failbit);
+    EXPECT_THROW(StringUtils::ExtractString(stream), std::ios::failure);
+    std::istream none(nullptr);
+    EXPECT_STREQ(StringUtils::ExtractLine(none), "");
+    EXPECT_TRUE(none.bad());
+}

@@ -1,0 +1,84 @@
+#ifndef VORLANE_TEXT_UNIQUESTRING_H
+#define VORLANE_TEXT_UNIQUESTRING_H
+
+/// \file
+/// Texts that are stored once for the whole process. The table is shared and has no lock: one thread at a
+/// time may make or assign handles from texts, and no handle may be used after the library is unloaded.
+
+#include "vorlane/Export.h"
+#include "vorlane/foundation/FrameworkSurface.h"
+
+namespace Vorlane {
+
+/// The one place of the interned texts, which stay until the library is unloaded. Only UniqueString works on
+/// it.
+class UniqueStringTable
+{
+public:
+    UniqueStringTable(UniqueStringTable const&) = delete;
+    UniqueStringTable& operator=(UniqueStringTable const&) = delete;
+    ~UniqueStringTable();
+
+    /// How many texts the table holds. Until the first one it has not even a map.
+    int GetCount() const;
+
+    /// What stands for every empty text; it is not in the map.
+    VORLANE_EXPORT static CString const null;
+
+private:
+    friend class UniqueString;
+
+    UniqueStringTable() = default;
+
+    CString const* Add(char const* text);
+    CString const* Find(char const* text) const;
+
+    CMapStringToPtr* m_map = nullptr; ///< from a text to its `CString const*`
+};
+
+/// A handle on a text that is stored once for the whole process, for the price of a pointer: the handles of
+/// equal texts hold the same address, so that comparing StringPtr compares texts. Texts are equal if all
+/// their bytes are.
+///
+/// Making a handle from a text takes constant time on average, whatever the number of texts; a new text is
+/// copied. A null pointer counts as an empty text, and a CString counts up to its first zero byte.
+class VORLANE_EXPORT UniqueString
+{
+public:
+    UniqueString(char const* text) { Add(text); }
+    UniqueString(CString const& text) { Add(text); }
+    UniqueString(UniqueString const&) = default;
+    ~UniqueString() = default; // the text stays in the table
+
+    UniqueString& operator=(char const* text)
+    {
+        Add(text);
+        return *this;
+    }
+    UniqueString& operator=(CString const& text)
+    {
+        Add(text);
+        return *this;
+    }
+    UniqueString& operator=(UniqueString const&) = default;
+
+    /// The text, which stays where it is until the library is unloaded.
+    CString const& String() const { return *m_string; }
+
+    /// The address of the text: that of UniqueStringTable::null for an empty one.
+    CString const* StringPtr() const { return m_string; }
+
+    /// Stores the text, or loads one and makes this a handle on it.
+    void Serialize(CArchive& ar);
+
+    static UniqueStringTable m_table;
+
+private:
+    void Add(char const* text);
+
+    CString const* m_string; ///< never null
+};
+
+} // namespace Vorlane
+
+#endif
