@@ -38,6 +38,12 @@ std::vector<std::string> ExportedSymbols(std::string const& library)
     return symbols;
 }
 
+bool EndsIn(std::string const& name, std::string const& ending)
+{
+    return name.size() >= ending.size() &&
+           name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
+}
+
 /// The class or function that a symbol belongs to, with its namespaces and members but without arguments, the
 /// arguments of templates, and a result type in front.
 std::string NameOf(std::string symbol)
@@ -51,7 +57,7 @@ std::string NameOf(std::string symbol)
     std::string name;
     int depth = 0;
     for (char const c : symbol) {
-        bool const inOperator = name.size() >= 8 && name.compare(name.size() - 8, 8, "operator") == 0;
+        bool const inOperator = EndsIn(name, "operator") || EndsIn(name, "operator<");
         if (c == '<' && !inOperator) {
             ++depth;
         } else if (c == '>' && depth > 0) {
