@@ -1,0 +1,113 @@
+#include "vorlane/text/Pattern.h"
+
+#include "vorlane/text/RegularExpressionInternal.h"
+
+#include <cstring>
+
+namespace Vorlane {
+namespace {
+
+/// Up to this length a substring is written into the storage of the one before it.
+constexpr int shortSubstring = 256;
+
+void Assign(CString& target, char const* begin, int length)
+{
+    if (length > shortSubstring || target.GetLength() > shortSubstring) {
+        target = CString(begin, length);
+        return;
+    }
+    std::memcpy(target.GetBuffer(length), begin, static_cast<std::size_t>(length));
+    target.ReleaseBuffer(length);
+}
+
+} // namespace
+
+RegExpression::RegExpression(CString const& expression, bool exactMatch)
+    : Pattern<CString>(exactMatch), m_expression(expression)
+{
+    m_expression.TrimLeft().TrimRight();
+    if (m_expression[0] == '*')
+        m_expression = "." + m_expression;
+}
+
+RegExpression::RegExpression(RegExpression const& other)
+    : Pattern<CString>(other), m_expression(other.m_expression)
+{
+    m_substrings.Copy(other.m_substrings);
+    m_substringCount = other.m_substringCount;
+}
+
+RegExpression& RegExpression::operator=(RegExpression const& other)
+{
+    if (this == &other)
+        return *this;
+    m_substringCount = 0;
+    m_substrings.Copy(other.m_substrings);
+    m_substringCount = other.m_substringCount;
+    Pattern<CString>::operator=(other);
+    m_expression = other.m_expression;
+    ReleaseExpression(m_compiled);
+    m_compiled = nullptr;
+    return *this;
+}
+
+RegExpression::~RegExpression()
+{
+    ReleaseExpression(m_compiled);
+}
+
+Pattern<CString>* RegExpression::Copy() const
+{
+    return AfxWithMemoryException([this] { return new RegExpression(*this); });
+}
+
+bool RegExpression::Match(CString const& text, bool exact)
+{
+    if (text.IsEmpty() && m_expression == ".*")
+        return true;
+    return AfxWithMemoryException([&] {
+        if (m_compiled == nullptr)
+            m_compiled = CompileExpression(m_expression);
+        if (m_compiled == nullptr)
+            return false;
+        m_substringCount = 0;
+        if (!text.IsEmpty() && SearchExpression(m_compiled, text, static_cast<std::size_t>(text.GetLength())))
+            StoreSubstrings();
+        if (m_substringCount == 0)
+            return false;
+        return !exact || (m_compiled->m_groupStart[0] == text && *m_compiled->m_groupEnd[0] == 0);
+    });
+}
+
+/// Takes the spans up to the first that is unset or empty.
+void RegExpression::StoreSubstrings()
+{
+    int count = 0;
+    while (count < groupSlots && m_compiled->m_groupStart[count] != nullptr &&
+           m_compiled->m_groupStart[count] < m_compiled->m_groupEnd[count])
+        ++count;
+    if (m_substrings.GetSize() < count)
+        m_substrings.SetSize(count, -1);
+    for (int i = 0; i < count; ++i) {
+        char const* const begin = m_compiled->m_groupStart[i];
+        Assign(m_substrings[i], begin, static_cast<int>(m_compiled->m_groupEnd[i] - begin));
+    }
+    m_substringCount = count;
+}
+
+CString RegExpression::GetSubstring(int index) const
+{
+    return index >= 0 && index < m_substringCount ? m_substrings[index] : CString();
+}
+
+int RegExpression::GetSubstringCount() const
+{
+    return m_substringCount;
+}
+
+bool RegExpression::IsRegExpression(CString const& text)
+{
+    return text.FindOneOf("*+\\.^[]$&()") >= 0;
+}
+
+} // namespace Vorlane

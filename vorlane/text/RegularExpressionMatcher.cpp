@@ -1,0 +1,214 @@
+/// \file
+/// The search for the leftmost match, in layers:
+///
+/// 1. A literal that each match contains, if the text is long: without it there is nothing to find. An
+/// expression
+///    that is a literal ends here.
+/// 2. Scanners lead to the positions where a match can begin: a literal, a set of a few intervals, or the
+/// first
+///    three bytes (RegularExpressionScanners.cpp).
+/// 3. From such a position the forward automaton finds the end of a match that begins just there, or fails.
+/// Where
+///    failures have cost more than the way they led, it goes on from anywhere at once, and the backward
+///    automaton finds the begin for the end that it comes to. Either way each byte is read a bounded number
+///    of times.
+/// 4. If there are groups, the backward automaton finds them in the span of the match alone.
+///
+/// Nothing recurses, so the depth of the stack depends on nothing.
+/// Tested by tests/text/ExpressionMatcherTest.cpp.
+
+#include "vorlane/text/RegularExpressionInternal.h"
+
+#include "vorlane/text/RegularExpressionSearchInternal.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace Vorlane {
+namespace {
+
+/// A shorter text is searched without looking for the required literal first.
+constexpr std::size_t longText = 64;
+
+/// Failures may read this many bytes for each byte that they lead on, and this many more.
+constexpr std::ptrdiff_t vainBytes = 2;
+constexpr std::ptrdiff_t vainBytesAtFirst = 64;
+
+/// The longest literal on the chain of nodes from `node`, groups that have just one branch included; among
+/// those of equal length the first.
+void FindRequired(unsigned char const* code, int node, char const*& longest, std::size_t& longestLength)
+{
+    while (node != 0) {
+        int const literalNode = code[node] == OpPlus ? node + nodeHeaderLength : node;
+        if (code[literalNode] == OpExactly) {
+            char const* const literal = reinterpret_cast<char const*>(code + literalNode + nodeHeaderLength);
+            std::size_t const length = std::strlen(literal);
+            if (length > longestLength) {
+                longest = literal;
+                longestLength = length;
+            }
+        }
+        int const next = NextNode(code, node);
+        bool const isOpen = code[node] > OpOpen && code[node] < OpClose;
+        // Behind OpOpen stands a branch; where it is the only one, what it holds is on the way.
+        node = isOpen && code[NextNode(code, next)] != OpBranch ? next + nodeHeaderLength : next;
+    }
+}
+
+} // namespace
+
+ExpressionSearch::ExpressionSearch(CompiledExpression const& compiled)
+    : m_program(compiled), m_forward(m_program), m_backward(m_program)
+{
+    FindLiterals(compiled);
+    ChooseSkip();
+}
+
+void ExpressionSearch::FindLiterals(CompiledExpression const& compiled)
+{
+    std::string prefix;
+    bool isPlain = true;
+    InstructionIndex index = m_program.start;
+    for (;; index = m_program.instructions[index].next) {
+        Instruction const& instruction = m_program.instructions[index];
+        if (instruction.kind == Instruction::character)
+            prefix += static_cast<char>(instruction.operand);
+        else if (instruction.kind == Instruction::accept || instruction.kind == Instruction::set ||
+                 instruction.kind == Instruction::fork)
+            break;
+        else
+            isPlain = false;
+    }
+    m_isLiteral = isPlain && !prefix.empty() && m_program.instructions[index].kind == Instruction::accept;
+    m_prefix = LiteralFinder(prefix.data(), prefix.size());
+
+    unsigned char const* const code = compiled.Code();
+    int const firstBranch = 1;
+    if (code[NextNode(code, firstBranch)] == OpBranch)
+        return;
+    char const* required = nullptr;
+    std::size_t length = 0;
+    FindRequired(code, firstBranch + nodeHeaderLength, required, length);
+    if (length > prefix.size())
+        m_required = LiteralFinder(required, length);
+}
+
+void ExpressionSearch::ChooseSkip()
+{
+    // In usual text a set that is rarer than this is found quicker by itself than by three bytes.
+    constexpr int rareSet = 600;
+    Reach reach(m_program);
+    AddReach(m_program, m_program.start, reach);
+    ByteSet begins = BytesOf(m_program, reach);
+    int frequency = 0;
+    for (unsigned int c = 0; c < 256; ++c) {
+        m_begins[c] = reach.accepts || begins.Has(static_cast<unsigned char>(c));
+        frequency += m_begins[c] ? ByteFrequency(static_cast<unsigned char>(c)) : 0;
+    }
+    begins.Add(0);
+    if (reach.accepts)
+        m_skip = Skip::none;
+    else if (m_prefix.Length() > 0)
+        m_skip = Skip::literal;
+    else if (frequency <= rareSet && m_intervals.Prepare(begins))
+        m_skip = Skip::intervals;
+    else if (m_filter.Prepare(m_program))
+        m_skip = Skip::prefix;
+}
+
+/// The next position from `at` on where a match can begin, or null. A zero byte on the way may be overlooked.
+char const* ExpressionSearch::NextCandidate(char const* at, char const* end, bool& gaveUp) const
+{
+    switch (m_skip) {
+    case Skip::literal:
+        return m_prefix.Find(at, end, gaveUp);
+    case Skip::intervals:
+        at = m_intervals.Find(at, end);
+        break;
+    case Skip::prefix:
+        at = m_filter.Find(at, end);
+        break;
+    default:
+        while (!m_begins[static_cast<unsigned char>(*at)] && *at != 0)
+            ++at;
+    }
+    return m_begins[static_cast<unsigned char>(*at)] ? at : nullptr;
+}
+
+bool ExpressionSearch::FindAnywhere(char const* text, char const* from, char const* end, Span& match)
+{
+    char const* last = nullptr;
+    match.end = m_forward.Run(from, text, end, false, last);
+    if (match.end == nullptr)
+        return false;
+    match.begin = m_backward.FindBegin(text, from, match.end);
+    return true;
+}
+
+bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, Span& match)
+{
+    bool const mayOverlookZero = m_skip == Skip::literal || m_skip == Skip::prefix;
+    std::ptrdiff_t vain = -vainBytesAtFirst;
+    char const* at = text;
+    for (;;) {
+        bool gaveUp = false;
+        char const* const candidate = anchored ? at : NextCandidate(at, end, gaveUp);
+        if (candidate == nullptr ||
+            (mayOverlookZero && std::memchr(at, 0, static_cast<std::size_t>(candidate - at)) != nullptr))
+            return false;
+        if (gaveUp)
+            return FindAnywhere(text, candidate, end, match);
+        if (m_isLiteral) {
+            match = {candidate, candidate + m_prefix.Length()};
+            return true;
+        }
+        char const* last = nullptr;
+        match = {candidate, m_forward.Run(candidate, text, end, true, last)};
+        if (match.end != nullptr)
+            return true;
+        if (anchored || *candidate == 0)
+            return false;
+        vain += last - candidate + 1;
+        at = candidate + 1;
+        if (vain > vainBytes * (at - text))
+            return FindAnywhere(text, at, end, match);
+    }
+}
+
+bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::size_t length)
+{
+    char const* const end = text + length;
+    if (length >= longText && m_required.Length() > 0) {
+        bool gaveUp = false;
+        if (m_required.Find(text, end, gaveUp) == nullptr)
+            return false;
+    }
+    Span match;
+    if (!Find(text, end, compiled.m_anchored, match))
+        return false;
+    compiled.m_groupStart[0] = match.begin;
+    compiled.m_groupEnd[0] = match.end;
+    if (m_program.hasGroups && match.end > match.begin)
+        m_backward.FindGroups(text, match.begin, match.end, compiled);
+    return true;
+}
+
+bool SearchExpression(CompiledExpression* compiled, char const* text, std::size_t length)
+{
+    if (compiled == nullptr || text == nullptr || *compiled->Code() != compiledCheckValue)
+        return false;
+    std::fill_n(compiled->m_groupStart, groupSlots, nullptr);
+    std::fill_n(compiled->m_groupEnd, groupSlots, nullptr);
+    try {
+        if (compiled->m_search == nullptr)
+            compiled->m_search = new ExpressionSearch(*compiled);
+        return compiled->m_search->Run(*compiled, text, length);
+    } catch (...) {
+        // A table may be half changed; the next search builds all anew.
+        delete compiled->m_search;
+        compiled->m_search = nullptr;
+        throw;
+    }
+}
+
+} // namespace Vorlane

@@ -1,0 +1,254 @@
+/// \file
+/// From nodes to instructions: literals become one instruction a character, the nodes that only lead on
+/// vanish, and the bytes are sorted into classes.
+
+#include "vorlane/text/RegularExpressionProgramInternal.h"
+
+#include <cstring>
+
+namespace Vorlane {
+namespace {
+
+// Space, letters, digits and punctuation by their usual share of prose and source text.
+constexpr unsigned short byteFrequencies[128] = {
+    // clang-format off
+    10, 1, 1, 1, 1, 1, 1, 1, 1, 30, 220, 1, 1, 20, 1, 1,                // controls
+    1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1,
+    1700, 6, 40, 5, 5, 3, 3, 25, 30, 30, 15, 5, 95, 40, 95, 15,         // space ! " # $ % & ' ( ) * + , - . /
+    40, 40, 30, 20, 15, 20, 15, 15, 15, 20, 20, 12, 6, 10, 6, 5,        // 0 to 9 : ; < = > ?
+    2, 28, 15, 27, 20, 32, 16, 13, 14, 36, 4, 4, 27, 18, 28, 30,        // @ A to O
+    28, 2, 30, 36, 36, 15, 6, 14, 4, 16, 2, 8, 5, 8, 2, 20,             // P to Z [ \ ] ^ _
+    5, 550, 120, 290, 270, 870, 160, 140, 300, 560, 12, 45, 290, 170, 520, 570, // ` a to o
+    170, 9, 500, 470, 650, 210, 80, 100, 25, 130, 8, 4, 3, 4, 2, 1,     // p to z { | } ~
+    // clang-format on
+};
+
+bool HasString(unsigned char opcode)
+{
+    return opcode == OpAnyOf || opcode == OpAnyBut || opcode == OpExactly;
+}
+
+bool IsLoop(unsigned char opcode)
+{
+    return opcode == OpStar || opcode == OpPlus;
+}
+
+int StringLength(unsigned char const* code, int node)
+{
+    return static_cast<int>(std::strlen(reinterpret_cast<char const*>(code + node + nodeHeaderLength)));
+}
+
+/// The bytes from a node to the one that stands behind it, the operand of a loop included.
+int NodeLength(unsigned char const* code, int node)
+{
+    int length = nodeHeaderLength;
+    if (IsLoop(code[node]))
+        length += NodeLength(code, node + nodeHeaderLength);
+    else if (HasString(code[node]))
+        length += StringLength(code, node) + 1;
+    return length;
+}
+
+/// Whether a node only leads on to another.
+bool IsPassage(unsigned char const* code, int node)
+{
+    return code[node] == OpNothing || code[node] == OpBack ||
+           (code[node] == OpBranch && code[NextNode(code, node)] != OpBranch);
+}
+
+int InstructionCount(unsigned char const* code, int node)
+{
+    if (IsLoop(code[node]))
+        return 2;
+    if (code[node] == OpExactly)
+        return StringLength(code, node);
+    return IsPassage(code, node) ? 0 : 1;
+}
+
+} // namespace
+
+int ByteFrequency(unsigned char c)
+{
+    return c < 128 ? byteFrequencies[c] : 2;
+}
+
+void ByteSet::AddAll(ByteSet const& other)
+{
+    for (std::size_t i = 0; i < m_words.size(); ++i)
+        m_words[i] |= other.m_words[i];
+}
+
+void ByteSet::Invert()
+{
+    for (std::uint64_t& word : m_words)
+        word = ~word;
+}
+
+bool ExpressionProgram::Holds(Instruction::Kind kind, Neighbour left, Neighbour right)
+{
+    switch (kind) {
+    case Instruction::beginText:
+        return left == Neighbour::edge;
+    case Instruction::endText:
+        return right == Neighbour::edge;
+    case Instruction::wordStart:
+        return right == Neighbour::word && left != Neighbour::word;
+    default:
+        return right != Neighbour::word;
+    }
+}
+
+ExpressionProgram::ExpressionProgram(CompiledExpression const& compiled)
+{
+    Emit(compiled);
+    SortIntoClasses();
+}
+
+InstructionIndex ExpressionProgram::AddSet(ByteSet const& members)
+{
+    sets.push_back(members);
+    return static_cast<InstructionIndex>(sets.size() - 1);
+}
+
+/// The instruction of a node that tests one character, or the first character of a literal.
+Instruction ExpressionProgram::Single(unsigned char const* code, int node, InstructionIndex next)
+{
+    unsigned char const* const operand = code + node + nodeHeaderLength;
+    if (code[node] == OpExactly)
+        return {Instruction::character, *operand, next, 0};
+    if (code[node] == OpAny)
+        return {Instruction::set, 0, next, 0}; // the first set is that of all characters
+    ByteSet members;
+    for (unsigned char const* member = operand; *member != 0; ++member)
+        members.Add(*member);
+    if (code[node] == OpAnyBut) {
+        members.Invert();
+        members.Remove(0);
+    }
+    return {Instruction::set, 0, next, AddSet(members)};
+}
+
+void ExpressionProgram::Emit(CompiledExpression const& compiled)
+{
+    unsigned char const* const code = compiled.Code();
+    std::vector<InstructionIndex> indexOf(static_cast<std::size_t>(compiled.m_codeLength));
+    int count = 2;
+    for (int node = 1; node < compiled.m_codeLength; node += NodeLength(code, node)) {
+        indexOf[static_cast<std::size_t>(node)] = static_cast<InstructionIndex>(count);
+        count += InstructionCount(code, node);
+    }
+    auto const target = [&](int node) {
+        while (IsPassage(code, node))
+            node = code[node] == OpBranch ? node + nodeHeaderLength : NextNode(code, node);
+        return indexOf[static_cast<std::size_t>(node)];
+    };
+
+    instructions.reserve(static_cast<std::size_t>(count));
+    ByteSet all;
+    all.Invert();
+    all.Remove(0);
+    AddSet(all);
+    start = target(1);
+    instructions.push_back({Instruction::fork, 0, start, searchAny});
+    instructions.push_back({Instruction::set, 0, searchStart, 0});
+    for (int node = 1; node < compiled.m_codeLength; node += NodeLength(code, node)) {
+        if (IsPassage(code, node))
+            continue;
+        unsigned char const opcode = code[node];
+        auto const here = static_cast<InstructionIndex>(instructions.size());
+        InstructionIndex const next = opcode == OpEnd ? InstructionIndex(0) : target(NextNode(code, node));
+        auto const test = [&](Instruction::Kind kind) {
+            instructions.push_back({kind, 0, next, 0});
+        };
+        switch (opcode) {
+        case OpEnd:
+            test(Instruction::accept);
+            break;
+        case OpBeginText:
+            looksLeft = true;
+            test(Instruction::beginText);
+            break;
+        case OpEndText:
+            looksRight = true;
+            test(Instruction::endText);
+            break;
+        case OpWordStart:
+            looksLeft = looksRight = true;
+            test(Instruction::wordStart);
+            break;
+        case OpWordEnd:
+            looksRight = true;
+            test(Instruction::wordEnd);
+            break;
+        case OpBranch:
+            instructions.push_back({Instruction::fork, 0, target(node + nodeHeaderLength), next});
+            break;
+        case OpStar:
+        case OpPlus: {
+            auto const second = static_cast<InstructionIndex>(here + 1);
+            InstructionIndex const loop = opcode == OpStar ? here : second;
+            InstructionIndex const body = opcode == OpStar ? second : here;
+            Instruction const single = Single(code, node + nodeHeaderLength, loop);
+            instructions.resize(instructions.size() + 2);
+            instructions[loop] = {Instruction::fork, 0, body, next};
+            instructions[body] = single;
+            break;
+        }
+        case OpAny:
+        case OpAnyOf:
+        case OpAnyBut:
+            instructions.push_back(Single(code, node, next));
+            break;
+        case OpExactly: {
+            int const length = StringLength(code, node);
+            for (int i = 0; i < length; ++i) {
+                auto const following = i + 1 < length ? static_cast<InstructionIndex>(here + i + 1) : next;
+                instructions.push_back(
+                    {Instruction::character, code[node + nodeHeaderLength + i], following, 0});
+            }
+            break;
+        }
+        default: {
+            hasGroups = true;
+            int const bound = opcode > OpClose ? 2 * (opcode - OpClose - 1) + 1 : 2 * (opcode - OpOpen - 1);
+            instructions.push_back({Instruction::mark, static_cast<unsigned char>(bound), next, 0});
+            break;
+        }
+        }
+    }
+}
+
+/// Bytes fall into one class if no character, no set and no test of word characters parts their neighbours;
+/// the classes are intervals, so one pass over the marks of their borders numbers them.
+void ExpressionProgram::SortIntoClasses()
+{
+    std::array<bool, 257> border{};
+    border[0] = border[1] = true;
+    auto const interval = [&](unsigned char low, unsigned char high) {
+        border[low] = true;
+        border[high + 1u] = true;
+    };
+    for (Instruction const& instruction : instructions)
+        if (instruction.kind == Instruction::character)
+            interval(instruction.operand, instruction.operand);
+    for (ByteSet const& members : sets)
+        for (unsigned int c = 1; c < 256; ++c)
+            if (members.Has(static_cast<unsigned char>(c)) != members.Has(static_cast<unsigned char>(c - 1)))
+                border[c] = true;
+    if (looksLeft || looksRight) {
+        interval('0', '9');
+        interval('A', 'Z');
+        interval('_', '_');
+        interval('a', 'z');
+    }
+    for (unsigned int c = 0; c < 256; ++c) {
+        if (border[c]) {
+            representatives.push_back(static_cast<unsigned char>(c));
+            classFrequencies.push_back(0);
+        }
+        classFrequencies.back() += ByteFrequency(static_cast<unsigned char>(c));
+        classOf[c] = static_cast<unsigned char>(representatives.size() - 1);
+    }
+}
+
+} // namespace Vorlane
