@@ -1,0 +1,160 @@
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/Seed.h"
+#include "vorlane/foundation/FrameworkSurface.h"
+
+#include "gtest/gtest.h"
+
+#include <algorithm>
+#include <climits>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using IntMap = CMap<int, int, int, int>;
+using TextMap = CMap<CString, char const*, int, int>;
+using Entries = std::vector<std::pair<int, int>>;
+
+Entries EntriesOf(IntMap const& map)
+{
+    Entries entries;
+    for (POSITION position = map.GetStartPosition(); position != nullptr;) {
+        std::pair<int, int> entry;
+        map.GetNextAssoc(position, entry.first, entry.second);
+        entries.push_back(entry);
+    }
+    return entries;
+}
+
+/// The order of a map: by bucket, and the newest first.
+Entries InBucketOrder(Entries inOrderOfInsertion, unsigned int tableSize)
+{
+    std::reverse(inOrderOfInsertion.begin(), inOrderOfInsertion.end());
+    std::stable_sort(inOrderOfInsertion.begin(), inOrderOfInsertion.end(), [&](auto const& a, auto const& b) {
+        return (static_cast<unsigned int>(a.first) >> 4) % tableSize <
+               (static_cast<unsigned int>(b.first) >> 4) % tableSize;
+    });
+    return inOrderOfInsertion;
+}
+
+} // namespace
+
+TEST(CMapTest, HashesAreThePublishedOnes)
+{
+    EXPECT_EQ(HashKey<int>(0), 0u);
+    EXPECT_EQ(HashKey<int>(31), 1u);
+    EXPECT_EQ(HashKey<int>(-1), 0x0FFFFFFFu);
+    EXPECT_EQ(HashKey<int>(INT_MIN), 0x08000000u);
+    EXPECT_EQ(HashKey<char const*>(""), 0u);
+    EXPECT_EQ(HashKey<char const*>("a\xE9"), 97u * 33 + 0xE9);
+}
+
+TEST(CMapTest, IteratesByBucketNewestFirstAtEverySize)
+{
+    VorlaneTest::SeededEngine random;
+    SCOPED_TRACE(random.Describe());
+    for (int const count : {0, 1, 2, 17, 68, 72, 73, 200, 5000}) {
+        for (unsigned int const tableSize : {1u, 17u, 101u}) {
+            SCOPED_TRACE(testing::Message() << count << " entries in " << tableSize << " buckets");
+            IntMap map(3);
+            map.InitHashTable(tableSize, count % 2);
+            Entries inserted;
+            std::map<int, int> expected;
+            while (static_cast<int>(inserted.size()) < count) {
+                int const key = random.Integer(-4000, 4000) * random.Integer(1, 100000);
+                if (expected.emplace(key, 0).second) {
+                    inserted.emplace_back(key, static_cast<int>(inserted.size()));
+                    map.SetAt(inserted.back().first, inserted.back().second);
+                }
+            }
+            // Setting an entry that is there moves nothing.
+            for (auto& entry : inserted) {
+                map[entry.first] += 5;
+                entry.second += 5;
+            }
+            EXPECT_EQ(map.GetCount(), count);
+            ASSERT_EQ(EntriesOf(map), InBucketOrder(inserted, tableSize));
+            for (auto const& [key, value] : inserted) {
+                int found = -1;
+                ASSERT_TRUE(map.Lookup(key, found));
+                ASSERT_EQ(found, value);
+                ASSERT_EQ(map.Lookup(key + 1, found), expected.count(key + 1) == 1);
+            }
+        }
+    }
+}
+
+TEST(CMapTest, LookupWithoutEntriesAllocatesNothing)
+{
+    VorlaneTest::AllocationFailure const failure(0);
+    TextMap map;
+    int value = 5;
+    EXPECT_FALSE(map.Lookup("a", value));
+    EXPECT_EQ(value, 5);
+    EXPECT_EQ(map.GetStartPosition(), nullptr);
+    EXPECT_FALSE(failure.HasHappened());
+}
+
+TEST(CMapTest, TableIsSetWhileEmpty)
+{
+    IntMap map;
+    EXPECT_EQ(map.GetHashTableSize(), 17u);
+    EXPECT_THROW(map.InitHashTable(0, 1), CInvalidArgException);
+    map.InitHashTable(2, 1);
+    map[0] = 1;
+    EXPECT_THROW(map.InitHashTable(5, 0), CInvalidArgException);
+    map.RemoveAll();
+    EXPECT_EQ(map.GetHashTableSize(), 2u);
+    int found = 0;
+    EXPECT_FALSE(map.Lookup(0, found));
+    map[32] = 7;
+    EXPECT_EQ(EntriesOf(map), (Entries{{32, 7}}));
+    POSITION none = nullptr;
+    EXPECT_THROW(map.GetNextAssoc(none, found, found), CInvalidArgException);
+}
+
+TEST(CMapTest, IsUnchangedWhenMemoryRunsOut)
+{
+    TextMap map(4);
+    int const failures = VorlaneTest::ForEachFailedAllocation(
+        [&] { map.RemoveAll(); },
+        [&] {
+            for (int i = 0; i < 100; ++i) {
+                map[("key " + std::to_string(i)).c_str()] = i; // a key short enough to need no memory itself
+            }
+        },
+        [&] {
+            int const count = map.GetCount();
+            int seen = 0;
+            for (POSITION position = map.GetStartPosition(); position != nullptr; ++seen) {
+                CString key;
+                int value = 0;
+                map.GetNextAssoc(position, key, value);
+                EXPECT_EQ(key, ("key " + std::to_string(value)).c_str());
+                EXPECT_LT(value, count);
+            }
+            EXPECT_EQ(seen, count);
+        });
+    EXPECT_GT(failures, 100);
+    EXPECT_EQ(map.GetCount(), 100);
+}
+
+TEST(CMapStringToPtrTest, KeepsTextsAndAddresses)
+{
+    CMapStringToPtr map(101);
+    map.InitHashTable(101, 1);
+    std::vector<int> targets(1000);
+    for (int i = 0; i < 1000; ++i) {
+        CString key;
+        key.Format("text %d", i);
+        map.SetAt(key, &targets[static_cast<std::size_t>(i)]);
+    }
+    void* found = nullptr;
+    EXPECT_TRUE(map.Lookup("text 999", found));
+    EXPECT_EQ(found, &targets[999]);
+    EXPECT_FALSE(map.Lookup("text 1000", found));
+    EXPECT_EQ(map["new"], nullptr);
+    EXPECT_EQ(map.GetCount(), 1001);
+}
