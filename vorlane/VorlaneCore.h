@@ -6,9 +6,18 @@
 
 #include "vorlane/Version.h"
 #include "vorlane/coordination/CoordinationGeometry.h"
+#include "vorlane/coordination/CrossReference.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 #include "vorlane/foundation/Lifecycle.h"
 #include "vorlane/foundation/TypedArrays.h"
 #include "vorlane/foundation/ValueTypes.h"
+#include "vorlane/numerics/NumericUtils.h"
+#include "vorlane/numerics/QuadraticMatrix.h"
+#include "vorlane/numerics/RMSBestFitTools.h"
+#include "vorlane/numerics/Random.h"
+#include "vorlane/text/Font.h"
+#include "vorlane/text/RomanNumerals.h"
+#include "vorlane/text/StringUtils.h"
+#include "vorlane/text/UniqueString.h"
 
 #endif

@@ -7,7 +7,8 @@ extern "C" void Stop() {}
 int main()
 {
     CString text("two words");
-    Vorlane::IntArray numbers(3, 0);
+    CArray<int, int> numbers;
+    numbers.SetSize(3, 0);
     CMap<int, int, CString, CString const&> names;
     Spatia::Point3d point(1, -2.5, 3);
     Vorlane::QuadraticMatrix matrix(2);
