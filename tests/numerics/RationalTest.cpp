@@ -1,0 +1,286 @@
+#include "vorlane/numerics/Rational.h"
+#include "vorlane/numerics/NumericUtils.h"
+
+#include "gtest/gtest.h"
+
+#include "tests/support/Seed.h"
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+using Vorlane::Rational;
+
+namespace {
+
+std::string Text(Rational const& value)
+{
+    return std::string(value.String());
+}
+
+/// A fraction by the rules alone, in 64 bits with explicit wrapping.
+struct Model
+{
+    std::int64_t numerator;
+    std::int64_t denominator;
+};
+
+/// The number with the same low `bits` in the range of a signed number of that width.
+std::int64_t Wrapped(std::int64_t value, int bits)
+{
+    std::int64_t const range = std::int64_t{1} << bits;
+    std::int64_t const low = ((value % range) + range) % range;
+    return low < range / 2 ? low : low - range;
+}
+
+Model Stored(std::int64_t numerator, std::int64_t denominator)
+{
+    std::int64_t const n = Wrapped(numerator, 32);
+    std::int64_t const d = Wrapped(denominator, 32);
+    if (d == 1 || d == 0 || n == 0) {
+        return {Wrapped(n, 16), Wrapped(d, 16)};
+    }
+    if (d == -1) {
+        return {Wrapped(-n, 16), 1};
+    }
+    Model const cut = {Wrapped(n, 16), Wrapped(d, 16)};
+    std::int64_t a = std::abs(cut.numerator);
+    std::int64_t b = std::abs(cut.denominator);
+    while (b != 0) {
+        a = std::exchange(b, a % b);
+    }
+    if (a == 0) {
+        return cut;
+    }
+    std::int64_t const sign = (cut.numerator < 0) != (cut.denominator < 0) ? -1 : 1;
+    return {Wrapped(sign * std::abs(cut.numerator) / a, 16), Wrapped(std::abs(cut.denominator) / a, 16)};
+}
+
+Model Combined(char operation, Model const& a, Model const& b)
+{
+    std::int64_t const left = a.numerator * b.denominator;
+    std::int64_t const right = b.numerator * a.denominator;
+    switch (operation) {
+    case '+':
+        return Stored(left + right, a.denominator * b.denominator);
+    case '-':
+        return Stored(left - right, a.denominator * b.denominator);
+    case '*':
+        return Stored(a.numerator * b.numerator, a.denominator * b.denominator);
+    default:
+        return Stored(left, a.denominator * b.numerator);
+    }
+}
+
+Rational Combined(char operation, Rational const& a, Rational const& b)
+{
+    return operation == '+' ? a + b : operation == '-' ? a - b : operation == '*' ? a * b : a / b;
+}
+
+bool Agree(Rational const& value, Model const& model)
+{
+    return value.GetNumerator() == model.numerator && value.GetDenominator() == model.denominator;
+}
+
+} // namespace
+
+TEST(RationalTest, AgreesWithAModelOfItsRules)
+{
+    VorlaneTest::SeededEngine engine;
+    SCOPED_TRACE(engine.Describe());
+    // Numbers of every size, and those at the ends of both widths.
+    std::vector<int> const corners = {0,
+                                      1,
+                                      -1,
+                                      2,
+                                      -2,
+                                      32767,
+                                      -32768,
+                                      32768,
+                                      -32769,
+                                      65535,
+                                      65536,
+                                      -65536,
+                                      std::numeric_limits<int>::max(),
+                                      std::numeric_limits<int>::min()};
+    auto const number = [&] {
+        std::uint64_t const bits = engine();
+        int const shift = static_cast<int>(bits >> 59);
+        return bits % 16 == 0 ? corners[bits / 16 % corners.size()]
+                              : static_cast<int>(static_cast<std::uint32_t>(bits)) >> shift;
+    };
+    for (int i = 0; i < 300000; ++i) {
+        int const n1 = number(), d1 = number(), n2 = number(), d2 = number();
+        Rational const a(n1, d1), b(n2, d2);
+        Model const modelA = Stored(n1, d1), modelB = Stored(n2, d2);
+        ASSERT_TRUE(Agree(a, modelA)) << n1 << '/' << d1;
+        ASSERT_TRUE(Agree(Rational(b).SetNumerator(n1), Stored(n1, modelB.denominator)))
+            << n1 << ' ' << Text(b);
+        ASSERT_TRUE(Agree(Rational(a).SetDenominator(d2), Stored(modelA.numerator, d2)))
+            << d2 << ' ' << Text(a);
+        for (char const operation : {'+', '-', '*', '/'}) {
+            ASSERT_TRUE(Agree(Combined(operation, a, b), Combined(operation, modelA, modelB)))
+                << Text(a) << ' ' << operation << ' ' << Text(b);
+        }
+        std::int64_t const left = modelA.numerator * modelB.denominator;
+        std::int64_t const right = modelA.denominator * modelB.numerator;
+        ASSERT_TRUE((a == b) == (left == right) && (a != b) == (left != right) && (a < b) == (left < right) &&
+                    (a <= b) == (left <= right) && (a > b) == (left > right) && (a >= b) == (left >= right))
+            << Text(a) << ' ' << Text(b);
+    }
+}
+
+TEST(RationalTest, TellsItsFractionAndValue)
+{
+    double const largest = std::numeric_limits<double>::max();
+    struct Row
+    {
+        Rational value;
+        char const* text;
+        double quotient;
+        bool isZero;
+    } const rows[] = {
+        {Rational(), "0/1", 0, true},
+        {Rational(3, -6), "-1/2", -0.5, false},
+        {Rational(5, 5), "1/1", 1, false},
+        {Rational(3, -1), "-3/1", -3, false},
+        {Rational(0, -5), "0/-5", 0, true},
+        {Rational(3, 0), "3/0", largest, false},
+        {Rational(-3, 0), "-3/0", -largest, false},
+        {Rational(0, 0), "0/0", largest, false},
+        {Rational(65536, 3), "0/1", 0, true},
+        {Rational(1, 300) + Rational(1, 300), "75/3058", 75.0 / 3058, false},
+        {Rational(1, 2) - Rational(1, 2), "0/4", 0, true},
+        {Rational(1, 2) / Rational(0), "1/0", largest, false},
+        {Rational(2).SetDenominator(4), "1/2", 0.5, false},
+    };
+    for (Row const& row : rows) {
+        EXPECT_EQ(Text(row.value), row.text);
+        EXPECT_EQ(row.value.CalcValue(), row.quotient) << row.text;
+        EXPECT_EQ(static_cast<double>(row.value), row.quotient) << row.text;
+        EXPECT_EQ(!row.value, row.isZero) << row.text;
+        short shorts[2];
+        int ints[2];
+        long longs[2];
+        row.value.GetFraction(shorts[0], shorts[1]);
+        row.value.GetFraction(ints[0], ints[1]);
+        row.value.GetFraction(longs[0], longs[1]);
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(shorts[i], i == 0 ? row.value.GetNumerator() : row.value.GetDenominator());
+            EXPECT_TRUE(ints[i] == shorts[i] && longs[i] == shorts[i]);
+        }
+    }
+}
+
+TEST(RationalTest, UnaryMinusChangesWhatIsNotConstant)
+{
+    struct Row
+    {
+        int numerator, denominator;
+        char const* negated;
+    } const rows[] = {{1, 2, "-1/2"}, {3, 0, "-3/0"}, {-32768, 1, "-32768/1"}, {0, -5, "0/5"}};
+    for (Row const& row : rows) {
+        Rational value(row.numerator, row.denominator);
+        Rational const constant(value);
+        EXPECT_EQ(Text(-constant), row.negated);
+        EXPECT_EQ(Text(constant), Text(+constant));
+        EXPECT_EQ(&+value, &value);
+        EXPECT_EQ(&-value, &value);
+        EXPECT_EQ(Text(value), row.negated);
+    }
+    Rational value(2, 3);
+    EXPECT_EQ(Text(value += value), "4/3");
+    EXPECT_EQ(Text(value /= value), "1/1");
+}
+
+TEST(RationalTest, WritesEachItemInTheWidthOfTheStream)
+{
+    for (auto const& [width, text] :
+         {std::pair(0, "-1/2"), std::pair(-4, "-1/2"), std::pair(4, "  -1   /   2")}) {
+        std::ostringstream stream;
+        stream.width(width);
+        stream << Rational(-1, 2);
+        EXPECT_EQ(stream.str(), text);
+        EXPECT_EQ(stream.width(), 0);
+    }
+}
+
+TEST(RationalTest, ReadsFractionsAndLeavesWhatIsNone)
+{
+    struct Row
+    {
+        char const* text;
+        char const* value;
+        bool isRead;
+        char const* rest;
+    } const rows[] = {{"3/4", "3/4", true, ""},        {"6/8 x", "3/4", true, " x"},
+                      {" 3 / -4z", "-3/4", true, "z"}, {"3 4", "7/9", false, "4"},
+                      {"3x/4", "7/9", false, "x/4"},   {"70000/3", "7/9", false, "/3"},
+                      {"3/70000", "7/9", false, ""},   {"3", "7/9", false, ""},
+                      {"3/", "7/9", false, ""},        {"x", "7/9", false, "x"}};
+    for (Row const& row : rows) {
+        std::istringstream stream(row.text);
+        Rational value(7, 9);
+        EXPECT_EQ(static_cast<bool>(stream >> value), row.isRead) << row.text;
+        EXPECT_EQ(Text(value), row.value) << row.text;
+        stream.clear();
+        std::string rest;
+        std::getline(stream, rest, '\0');
+        EXPECT_EQ(rest, row.rest) << row.text;
+    }
+}
+
+TEST(RationalTest, ArchivesHoldTwoShorts)
+{
+    Rational variable(3, 4);
+    Rational const constant(-1, 2);
+    CMemFile stored;
+    CArchive storing(&stored, CArchive::store);
+    storing << variable << constant << variable + constant;
+    EXPECT_THROW(storing >> variable, CArchiveException);
+    storing.Close();
+    std::vector<unsigned char> const bytes = {3, 0, 4, 0, 0xFF, 0xFF, 2, 0, 1, 0, 4, 0};
+    EXPECT_EQ(stored.Bytes(), bytes);
+
+    CMemFile file(std::vector<unsigned char>{6, 0, 8, 0, 1, 0, 0xFE, 0xFF, 5, 0, 7});
+    CArchive loading(&file, CArchive::load);
+    for (char const* const expected : {"3/4", "-1/2"}) {
+        loading >> variable;
+        EXPECT_EQ(Text(variable), expected);
+    }
+    EXPECT_THROW(loading << constant, CArchiveException);
+    EXPECT_THROW(loading >> variable, CArchiveException); // ends in the denominator
+    EXPECT_EQ(Text(variable), "-1/2");
+}
+
+TEST(NumericUtilsTest, RoundsTiesToEven)
+{
+    double const infinity = std::numeric_limits<double>::infinity();
+    struct Row
+    {
+        double value, rounded;
+    } const rows[] = {{0.5, 0},
+                      {1.5, 2},
+                      {2.5, 2},
+                      {-2.5, -2},
+                      {3.5, 4},
+                      {-0.3, -0.0},
+                      {-0.0, 0.0},
+                      {1e300, 1e300},
+                      {-1e300, -1e300},
+                      {infinity, infinity},
+                      {0.49999999999999994, 0.0},
+                      {4503599627370495.5, 4503599627370496.0},
+                      {4503599627370497.0, 4503599627370496.0},
+                      {5e-324, 0.0}};
+    for (Row const& row : rows) {
+        double const rounded = Vorlane::NumericUtils::RoundToInteger(row.value);
+        EXPECT_EQ(rounded, row.rounded) << row.value;
+        EXPECT_EQ(std::signbit(rounded), std::signbit(row.rounded)) << row.value;
+    }
+    EXPECT_TRUE(std::isnan(Vorlane::NumericUtils::RoundToInteger(std::nan(""))));
+}
