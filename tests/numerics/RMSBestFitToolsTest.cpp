@@ -1,0 +1,313 @@
+#include "vorlane/numerics/RMSBestFitToolsInternal.h"
+
+#include "gtest/gtest.h"
+
+#include "vorlane/numerics/QuadraticMatrix.h"
+#include "vorlane/numerics/Random.h"
+
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <initializer_list>
+#include <limits>
+#include <string>
+#include <vector>
+
+using Spatia::Matrix3x3;
+using Spatia::Matrix4x4;
+using Spatia::Point3d;
+using PointArray = Orrin::LegacyArray<Point3d>;
+using namespace Vorlane;
+using namespace Vorlane::RMSBestFitTools;
+
+namespace {
+
+double const notANumber = std::numeric_limits<double>::quiet_NaN();
+
+PointArray Points(std::initializer_list<Point3d> points)
+{
+    PointArray array;
+    for (Point3d const& point : points) {
+        array.push_back(point);
+    }
+    return array;
+}
+
+PointArray RandomPoints(int count, RandomSequence& sequence)
+{
+    PointArray array;
+    for (int i = 0; i < count; ++i) {
+        array.push_back(20.0 * Random(sequence));
+    }
+    return array;
+}
+
+Matrix3x3 RandomRotation(RandomSequence& sequence)
+{
+    double quaternion[4];
+    double square = 0;
+    for (double& q : quaternion) {
+        q = sequence();
+        square += q * q;
+    }
+    for (double& q : quaternion) {
+        q /= std::sqrt(square);
+    }
+    double m[9];
+    QuaternionToMatrix(quaternion, m);
+    return Matrix3x3(m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8]);
+}
+
+PointArray Moved(PointArray const& points, Matrix3x3 const& rotation, Point3d const& translation)
+{
+    PointArray moved;
+    for (Point3d const& point : points) {
+        moved.push_back(point * rotation + translation);
+    }
+    return moved;
+}
+
+void ExpectNear(Point3d const& point, Point3d const& expected, double tolerance)
+{
+    EXPECT_NEAR(point.x, expected.x, tolerance);
+    EXPECT_NEAR(point.y, expected.y, tolerance);
+    EXPECT_NEAR(point.z, expected.z, tolerance);
+}
+
+void ExpectNear(PointArray const& points, PointArray const& expected, double tolerance)
+{
+    ASSERT_EQ(points.GetSize(), expected.GetSize());
+    for (long i = 0; i < points.GetSize(); ++i) {
+        ExpectNear(points[i], expected[i], tolerance);
+    }
+}
+
+/// `first` on `second` by another method: turns about x, y and z in cycles, each by the best angle, until
+/// none is left.
+PointArray Superposed(PointArray first, PointArray const& second)
+{
+    Point3d const from = FindCentroid(first), to = FindCentroid(second);
+    for (Point3d& point : first) {
+        point -= from;
+    }
+    double Point3d::*const axes[] = {&Point3d::x, &Point3d::y, &Point3d::z};
+    double largest = 1;
+    for (int turn = 0; turn < 3000 && (turn % 3 != 0 || largest > 1e-15); ++turn) {
+        auto const u = axes[turn % 3], v = axes[(turn + 1) % 3];
+        double cosine = 0, sine = 0;
+        for (long i = 0; i < first.GetSize(); ++i) {
+            Point3d const target = second[i] - to;
+            cosine += first[i].*u * target.*u + first[i].*v * target.*v;
+            sine += first[i].*u * target.*v - first[i].*v * target.*u;
+        }
+        double const angle = std::atan2(sine, cosine);
+        largest = turn % 3 == 0 ? std::fabs(angle) : std::fmax(largest, std::fabs(angle));
+        for (Point3d& point : first) {
+            double const x = point.*u, y = point.*v;
+            point.*u = x * std::cos(angle) - y * std::sin(angle);
+            point.*v = x * std::sin(angle) + y * std::cos(angle);
+        }
+    }
+    return Moved(first, Matrix3x3(Matrix3x3::IdentityMatrix), to);
+}
+
+} // namespace
+
+TEST(RMSBestFitToolsTest, FindsPlanesOfFewPoints)
+{
+    double const infinity = std::numeric_limits<double>::infinity();
+    struct Row
+    {
+        PointArray points;
+        Point3d centroid;
+        Point3d normal;
+    } const rows[] = {
+        {Points({}), {0, 0, 0}, {0, 0, 1}},
+        {Points({{1, 2, 3}}), {1, 2, 3}, {0, 0, 1}},
+        {Points({{4, 5, 6}, {4, 5, 6}}), {4, 5, 6}, {0, 0, 1}},
+        {Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}}), {0.5, 0.5, 0}, {0, 0, 1}},
+        {Points({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}}), {1.5, 0, 0}, {0, 0, 1}},
+        {Points({{1, 0, notANumber}, {3, 0, 0}}), {2, 0, notANumber}, {0, 0, 1}},
+        {Points({{infinity, 1, 0}, {3, 3, 0}}), {infinity, 2, 0}, {0, 0, 1}},
+    };
+    for (Row const& row : rows) {
+        Point3d centroid(9, 9, 9), normal(9, 9, 9);
+        FindPlane(row.points, centroid, normal);
+        EXPECT_EQ(centroid.x, row.centroid.x);
+        EXPECT_EQ(centroid.y, row.centroid.y);
+        EXPECT_TRUE(centroid.z == row.centroid.z || (std::isnan(centroid.z) && std::isnan(row.centroid.z)));
+        ExpectNear(std::fabs(normal.z) * Point3d::kVector, row.normal, 1e-15);
+        EXPECT_NEAR(normal.Length(), 1, 1e-15);
+    }
+    Point3d centroid, normal;
+    FindPlane(Points({{1, 1, 1}, {3, 2, 5}}), centroid, normal);
+    EXPECT_NEAR(normal.x * 2 + normal.y + normal.z * 4, 0, 1e-15);
+    EXPECT_NEAR(normal.Length(), 1, 1e-15);
+}
+
+TEST(RMSBestFitToolsTest, FindsTheShortAxisOfABox)
+{
+    RandomInteger generator(3);
+    UniformRandomSequence sequence(generator, -1.0, 1.0);
+    for (int round = 0; round < 50; ++round) {
+        PointArray corners;
+        for (int corner = 0; corner < 8; ++corner) {
+            corners.push_back(Point3d(corner & 1 ? 3 : -3, corner & 2 ? 2 : -2, corner & 4 ? 1 : -1));
+        }
+        Matrix3x3 const rotation = RandomRotation(sequence);
+        Point3d const center = 10.0 * Random(sequence);
+        PointArray points = Moved(corners, rotation, center);
+        FindPlane(points, points[0], points[1]); // the outputs may be points
+        ExpectNear(points[0], center, 1e-12);
+        double const side = points[1].x * rotation(2, 0) < 0 ? -1 : 1;
+        ExpectNear(side * points[1], Point3d::kVector * rotation, 1e-12);
+    }
+}
+
+TEST(RMSBestFitToolsTest, RecoversRigidMotions)
+{
+    RandomInteger generator(4);
+    UniformRandomSequence sequence(generator, -1.0, 1.0);
+    for (int count : {3, 4, 5, 8, 33, 100}) {
+        PointArray const first = RandomPoints(count, sequence), others = RandomPoints(5, sequence);
+        Matrix3x3 const rotation = RandomRotation(sequence);
+        Point3d const translation = 50.0 * Random(sequence);
+        PointArray second = Moved(first, rotation, translation), moved(others), self(first);
+        EXPECT_TRUE(FindAndApplyTransformation(first, second, moved));
+        ExpectNear(moved, Moved(others, rotation, translation), 1e-12);
+        EXPECT_TRUE(FindAndApplyTransformation(self, second, self));
+        ExpectNear(self, second, 1e-12);
+        EXPECT_TRUE(FindAndApplyTransformation(first, second, second));
+        ExpectNear(second, Moved(self, rotation, translation), 1e-12);
+        // The best of the four motions is the one, and all are rotations.
+        Matrix3x3 rotations[4];
+        Point3d translations[4];
+        double eigenvalues[4];
+        EXPECT_TRUE(FindAllTransformations(first, self, rotations, translations, eigenvalues));
+        ExpectNear(Moved(first, rotations[0], translations[0]), self, 1e-12);
+        for (int k = 0; k < 4; ++k) {
+            EXPECT_GE(eigenvalues[k == 0 ? 0 : k - 1], eigenvalues[k]);
+            Point3d const x = Point3d::iVector * rotations[k], y = Point3d::jVector * rotations[k];
+            ExpectNear(x.Cross(y), Point3d::kVector * rotations[k], 1e-14);
+        }
+    }
+    PointArray point = Points({{2, 3, 4}});
+    PointArray const corner = Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+    EXPECT_TRUE(FindAndApplyTransformation(corner, Points({{0, 0, 0}, {0, 1, 0}, {-1, 0, 0}}), point));
+    ExpectNear(point[0], Point3d(-3, 2, 4), 1e-14);
+}
+
+TEST(RMSBestFitToolsTest, SuperposesRealChainsAsAnotherMethodDoes)
+{
+    std::vector<PointArray> chains;
+    for (std::string const name : {"1orc_ca", "1yeb_ca", "1c1n_ca", "1guy_ca_with_break"}) {
+        std::ifstream file(VORLANE_EXAMPLE_DATA "/chains/" + name + ".xyz");
+        std::string text;
+        std::getline(file, text);
+        std::getline(file, text);
+        chains.emplace_back();
+        for (Point3d point; file >> text >> point.x >> point.y >> point.z;) {
+            chains.back().push_back(point);
+        }
+        ASSERT_GE(chains.back().GetSize(), 64);
+        chains.back().SetSize(60, -1);
+    }
+    for (PointArray const& first : chains) {
+        for (PointArray const& second : chains) {
+            for (double const side : {1.0, -1.0}) { // mirrored, the best rotation is wanted all the same
+                PointArray const target =
+                    Moved(second, Matrix3x3(1, 0, 0, 0, 1, 0, 0, 0, side), Point3d::zero);
+                PointArray moved(first);
+                EXPECT_TRUE(FindAndApplyTransformation(first, target, moved));
+                ExpectNear(moved, Superposed(first, target), 1e-9);
+            }
+        }
+    }
+}
+
+TEST(RMSBestFitToolsTest, AnswersForDegenerateSets)
+{
+    PointArray const one = Points({{1, 2, 3}}), three = Points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+    PointArray points = Points({{5, 5, 5}}), none;
+    EXPECT_FALSE(FindAndApplyTransformation(three, Points({{1, 1, 1}, {2, 2, 2}}), points));
+    EXPECT_FALSE(FindAndApplyTransformation(none, none, points));
+    EXPECT_FALSE(FindAndApplyTransformation(three, three, none));
+    ExpectNear(points[0], Point3d(5, 5, 5), 0);
+    EXPECT_TRUE(FindAndApplyTransformation(one, Points({{4, 6, 8}}), points));
+    ExpectNear(points[0], Point3d(8, 9, 10), 0);
+    EXPECT_TRUE(
+        FindAndApplyTransformation(three, Points({{0, 0, 0}, {1, notANumber, 0}, {0, 1, 0}}), points));
+    EXPECT_TRUE(std::isnan(points[0].y));
+
+    // Two points: any turn about their line is as good as any other.
+    PointArray pair = Points({{0, 0, 0}, {2, 0, 0}});
+    EXPECT_TRUE(FindAndApplyTransformation(pair, Points({{1, 1, 1}, {1, 1, 3}}), pair));
+    ExpectNear(pair, Points({{1, 1, 1}, {1, 1, 3}}), 1e-14);
+
+    Matrix3x3 rotations[4];
+    Point3d translations[4];
+    double eigenvalues[4] = {9, 9, 9, 9};
+    EXPECT_TRUE(FindTransformation(one, Points({{4, 6, 8}}), rotations[0], translations[0]));
+    ExpectNear(translations[0], Point3d(3, 4, 5), 0);
+    EXPECT_FALSE(FindTransformation(one, three, rotations[0], translations[0]));
+    ExpectNear(Point3d(1, 2, 3) * rotations[0] + translations[0], Point3d(1, 2, 3), 0);
+    EXPECT_FALSE(FindAllTransformations(none, none, rotations, translations, eigenvalues));
+    ExpectNear(Point3d(1, 2, 3) * rotations[3] + translations[3], Point3d(1, 2, 3), 0);
+    EXPECT_EQ(eigenvalues[3], 0);
+    // A mirror image: the rotation stays the identity.
+    PointArray const solid = Points({{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 1}});
+    PointArray const mirrored = Points({{1, 0, 0}, {0, 1, 0}, {0, 0, -1}, {1, 1, -1}});
+    EXPECT_TRUE(FindAllTransformations(solid, mirrored, rotations, translations, eigenvalues));
+    for (int k = 0; k < 4; ++k) {
+        EXPECT_NEAR(eigenvalues[k], k < 3 ? 1 : -3, 1e-14);
+    }
+    PointArray moved(solid);
+    EXPECT_TRUE(FindAndApplyTransformation(solid, mirrored, moved));
+    ExpectNear(moved, Moved(solid, Matrix3x3(Matrix3x3::IdentityMatrix), Point3d(0, 0, -1)), 1e-14);
+}
+
+TEST(RMSBestFitToolsTest, SumsPairByPair)
+{
+    RandomInteger generator(5);
+    UniformRandomSequence sequence(generator, -1.0, 1.0);
+    for (int count : {1, 2, 3, 7, 64, 65, 1000}) {
+        PointArray const first = RandomPoints(count, sequence), second = RandomPoints(count, sequence);
+        Matrix4x4 matrix, expected;
+        ASSERT_TRUE(BuildQuaternionMatrix(first, second, matrix));
+        Point3d const c1 = FindCentroid(first), c2 = FindCentroid(second);
+        for (long i = 0; i < count; ++i) {
+            Point3d const a = first[i] - c1, b = second[i] - c2;
+            expected(0, 0) += a.x * b.x + a.y * b.y + a.z * b.z;
+            expected(0, 1) += a.y * b.z - a.z * b.y;
+            expected(0, 2) += a.z * b.x - a.x * b.z;
+            expected(0, 3) += a.x * b.y - a.y * b.x;
+            expected(1, 1) += a.x * b.x - a.y * b.y - a.z * b.z;
+            expected(1, 2) += a.x * b.y + a.y * b.x;
+            expected(1, 3) += a.z * b.x + a.x * b.z;
+            expected(2, 2) += a.y * b.y - a.x * b.x - a.z * b.z;
+            expected(2, 3) += a.y * b.z + a.z * b.y;
+            expected(3, 3) += a.z * b.z - a.x * b.x - a.y * b.y;
+        }
+        double vectors[16], values[4], expectedValues[4];
+        GetEigensystem4x4(matrix, vectors, values);
+        QuadraticMatrix expectedVectors;
+        QuadraticMatrix(matrix).GetEigenvectorsAndEigenvalues(expectedVectors, expectedValues);
+        expectedVectors.Transpose();
+        EXPECT_EQ(std::memcmp(vectors, expectedVectors[0], sizeof vectors), 0);
+        EXPECT_EQ(std::memcmp(values, expectedValues, sizeof values), 0);
+        for (int i = 0; i < 16; ++i) {
+            ASSERT_EQ(matrix(i / 4, i % 4), expected(std::min(i / 4, i % 4), std::max(i / 4, i % 4)))
+                << count;
+        }
+    }
+    Matrix4x4 matrix;
+    matrix(1, 2) = 3;
+    double vectors[16], values[4];
+    GetEigensystem4x4(matrix, vectors, values); // not symmetric
+    for (int i = 0; i < 16; ++i) {
+        EXPECT_EQ(vectors[i], i % 5 == 0 ? 1 : 0);
+        EXPECT_EQ(values[i / 4], 0);
+    }
+    EXPECT_FALSE(BuildQuaternionMatrix(PointArray(), PointArray(), matrix));
+    EXPECT_EQ(matrix(1, 2), 0);
+}
