@@ -146,15 +146,15 @@ private:
     };
     static_assert(alignof(CAssoc) <= alignof(std::max_align_t), "a block has no larger alignment");
 
-    /// Where the index has its slot for a key. Sixteen neighbouring numbers share one hash; they get sixteen
-    /// neighbouring slots.
+    /// The number that gives a key its slot in the index: a number itself, which tells more than its hash, as
+    /// sixteen neighbours share one; the hash of anything else.
     template <class SOME_KEY>
-    static std::uint32_t IndexHash(unsigned int hash, [[maybe_unused]] SOME_KEY const& key)
+    static std::uint32_t IndexNumber(unsigned int hash, [[maybe_unused]] SOME_KEY const& key)
     {
         if constexpr (std::is_integral_v<KEY>) {
-            return AfxMixHash(hash) ^ (static_cast<std::uint32_t>(key) & 15u);
+            return static_cast<std::uint32_t>(key);
         } else {
-            return AfxMixHash(hash);
+            return hash;
         }
     }
 
@@ -211,7 +211,7 @@ auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Find(ARG_KEY key, unsigned int hash) 
         return nullptr;
     }
     if (m_index.IsBuilt()) {
-        CAssoc* entry = m_index.Head(IndexHash(hash, key));
+        CAssoc* entry = m_index.Head(IndexNumber(hash, key));
         while (entry != nullptr && !(entry->nHashValue == hash && entry->key == key)) {
             entry = entry->pNextInIndex;
         }
@@ -247,7 +247,7 @@ auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Insert(unsigned int hash, ARG_KEY key
     bucket = entry;
     ++m_count;
     if (m_index.IsBuilt()) {
-        m_index.Link(*entry, IndexHash(hash, entry->key));
+        m_index.Link(*entry, IndexNumber(hash, entry->key));
     }
     if (m_index.IsTooSmallFor(m_count, m_tableSize)) {
         ExtendIndex();
@@ -299,7 +299,8 @@ template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
 void CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::ExtendIndex()
 {
     if (m_index.Extend(m_count)) {
-        ForEachEntry([this](CAssoc& entry) { m_index.Link(entry, IndexHash(entry.nHashValue, entry.key)); });
+        ForEachEntry(
+            [this](CAssoc& entry) { m_index.Link(entry, IndexNumber(entry.nHashValue, entry.key)); });
     }
 }
 

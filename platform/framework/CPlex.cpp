@@ -11,7 +11,7 @@ CPlex* CPlex::Create(CPlex*& head, unsigned int count, unsigned int elementSize)
     std::uint64_t const bytes = sizeof(CPlex) + std::uint64_t{count} * elementSize;
     std::size_t const requested =
         bytes <= std::numeric_limits<std::size_t>::max() ? static_cast<std::size_t>(bytes) : SIZE_MAX;
-    head = ::new (AfxCreateElements(requested, 1)) CPlex{head};
+    head = ::new (AfxResizeElements(nullptr, requested, 1)) CPlex{head};
     return head;
 }
 

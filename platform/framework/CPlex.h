@@ -16,7 +16,7 @@ struct VORLANE_PLATFORM_EXPORT CPlex
     /// The memory behind the head.
     void* data() { return this + 1; }
 
-    /// Puts a block of zero-filled memory for `count` elements of `elementSize` bytes at the head of the
+    /// Puts a block of memory for `count` elements of `elementSize` bytes at the head of the
     /// chain and gives it. A failed allocation raises CMemoryException and leaves the chain as it was.
     static CPlex* Create(CPlex*& head, unsigned int count, unsigned int elementSize);
 

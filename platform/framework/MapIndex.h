@@ -4,24 +4,22 @@
 /// \file
 /// What keeps the look-up of a CMap fast when its buckets grow long.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 
-/// Spreads a hash over all 32 bits, so that its low bits choose a slot well.
-/// Source: the finalizer of MurmurHash3 by Austin Appleby, 2011.
-inline std::uint32_t AfxMixHash(std::uint32_t hash) noexcept
-{
-    hash ^= hash >> 16;
-    hash *= 0x85EBCA6Bu;
-    hash ^= hash >> 13;
-    hash *= 0xC2B2AE35u;
-    return hash ^ (hash >> 16);
-}
+/// The numbers of slots of an index: the largest primes below the powers of two from 64 on.
+inline constexpr std::uint32_t afxMapIndexSizes[] = {
+    61u,       127u,      251u,      509u,       1021u,      2039u,      4093u,       8191u,      16381u,
+    32749u,    65521u,    131071u,   262139u,    524287u,    1048573u,   2097143u,    4194301u,   8388593u,
+    16777213u, 33554393u, 67108859u, 134217689u, 268435399u, 536870909u, 1073741789u, 2147483647u};
 
-/// A second set of chains through the entries of a map: a table of slots, a power of two, at least as many as
-/// there are entries, each the head of a short chain through `pNextInIndex`. It only makes look-ups faster;
-/// so where memory is short it stays as small as it was, or away.
+/// A second set of chains through the entries of a map: a table of slots, each the head of a short chain
+/// through `pNextInIndex`. An entry's slot is the remainder of a number, its key or hash, by the number of
+/// slots, a prime: neighbouring keys lie in neighbouring slots, and regular steps between keys don't crowd.
+/// The index only makes look-ups faster; where memory is short it stays as small as it was, or away.
 template <class Entry>
 class MapIndex
 {
@@ -33,36 +31,36 @@ public:
 
     bool IsBuilt() const noexcept { return m_slots != nullptr; }
 
-    /// Whether an index is due for this many entries: buckets of up to 4 entries on average need none.
+    /// Whether an index, or a larger one, is due for this many entries: buckets of up to 4 entries on average
+    /// need none.
     bool IsTooSmallFor(int count, std::size_t bucketCount) const noexcept
     {
         std::size_t const entries = static_cast<std::size_t>(count);
-        return IsBuilt() ? entries > m_mask + 1 : entries / 4 > bucketCount;
+        return IsBuilt() ? entries > m_slotCount : entries / 4 > bucketCount;
     }
 
     /// Takes an empty table for twice `count` entries in place of the old one. False, and nothing changes,
     /// where memory is short.
     bool Extend(int count) noexcept
     {
-        std::size_t size = 64;
-        while (size < 2 * static_cast<std::size_t>(count)) {
-            size *= 2;
-        }
-        Entry** const slots = static_cast<Entry**>(std::calloc(size, sizeof(Entry*)));
+        std::uint32_t const wanted = 2 * static_cast<std::uint32_t>(count);
+        auto const* const found =
+            std::lower_bound(std::begin(afxMapIndexSizes), std::end(afxMapIndexSizes) - 1, wanted);
+        Entry** const slots = static_cast<Entry**>(std::calloc(*found, sizeof(Entry*)));
         if (slots == nullptr) {
             return false;
         }
         std::free(m_slots);
         m_slots = slots;
-        m_mask = size - 1;
+        m_slotCount = *found;
         return true;
     }
 
-    Entry* Head(std::uint32_t hash) const noexcept { return m_slots[hash & m_mask]; }
+    Entry* Head(std::uint32_t number) const noexcept { return m_slots[number % m_slotCount]; }
 
-    void Link(Entry& entry, std::uint32_t hash) noexcept
+    void Link(Entry& entry, std::uint32_t number) noexcept
     {
-        Entry*& slot = m_slots[hash & m_mask];
+        Entry*& slot = m_slots[number % m_slotCount];
         entry.pNextInIndex = slot;
         slot = &entry;
     }
@@ -71,12 +69,12 @@ public:
     {
         std::free(m_slots);
         m_slots = nullptr;
-        m_mask = 0;
+        m_slotCount = 0;
     }
 
 private:
     Entry** m_slots = nullptr;
-    std::size_t m_mask = 0;
+    std::uint32_t m_slotCount = 0;
 };
 
 #endif
