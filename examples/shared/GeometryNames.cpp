@@ -8,7 +8,6 @@ namespace Examples {
 namespace {
 
 Spatia::Point3d const x(1, 0, 0);
-Spatia::Point3d const y(0, 1, 0);
 Spatia::Point3d const z(0, 0, 1);
 
 struct Row
