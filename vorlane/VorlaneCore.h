@@ -5,6 +5,10 @@
 /// Everything public, in one include.
 
 #include "vorlane/Version.h"
+#include "vorlane/colour/ColorMapParameters.h"
+#include "vorlane/colour/ColorSpectrumRegistry.h"
+#include "vorlane/colour/CustomColorSpectrum.h"
+#include "vorlane/colour/NamedColorArrays.h"
 #include "vorlane/coordination/CoordinationGeometry.h"
 #include "vorlane/coordination/CrossReference.h"
 #include "vorlane/curves/Spline.h"

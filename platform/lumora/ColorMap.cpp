@@ -62,6 +62,10 @@ std::uint32_t Mix(std::uint32_t from, std::uint32_t to, double step, double step
     for (int shift = 0; shift < 32; shift += 8) {
         std::uint32_t const first = (from >> shift) & 0xFFu;
         std::uint32_t const second = (to >> shift) & 0xFFu;
+        if (first == second) { // as alpha mostly is
+            mixed |= first << shift;
+            continue;
+        }
         // The weighted sum is a whole number below 2^39, so the quotient is never rounded across a half.
         double const component = (first * (steps - step) + second * step) / steps;
         mixed |= static_cast<std::uint32_t>(component + 0.5) << shift;
@@ -74,6 +78,21 @@ std::uint32_t Mix(std::uint32_t from, std::uint32_t to, double step, double step
 ColorMap::ColorMap(int size)
 {
     Resize(size);
+}
+
+ColorMap::ColorMap(ColorMap const& other)
+    : m_bins(AfxWithMemoryException([&] { return std::vector<Bin>(other.m_bins); })), m_begin(other.m_begin),
+      m_end(other.m_end), m_binsPerUnit(other.m_binsPerUnit), m_lastBin(other.m_lastBin)
+{}
+
+ColorMap& ColorMap::operator=(ColorMap const& other)
+{
+    AfxWithMemoryException([&] { m_bins = other.m_bins; });
+    m_begin = other.m_begin;
+    m_end = other.m_end;
+    m_binsPerUnit = other.m_binsPerUnit;
+    m_lastBin = other.m_lastBin;
+    return *this;
 }
 
 void ColorMap::Resize(int size)
@@ -176,20 +195,29 @@ void ColorMap::ColorsAtValues(double const* values, int count, Orrin::Color* col
     // Block by block: the guesses in a loop that the compiler can vectorise, without a branch that depends on
     // the values; then the table.
     constexpr int blockSize = 256;
-    int guesses[blockSize];
+    unsigned int guesses[blockSize];
     for (int done = 0; done < count; done += std::min(blockSize, count - done)) {
         int const inBlock = std::min(blockSize, count - done);
         double const* const blockValues = values + done;
         for (int i = 0; i < inBlock; ++i) {
-            guesses[i] = static_cast<int>(GuessBin(blockValues[i]));
+            guesses[i] = WholePart(GuessBin(blockValues[i]));
         }
         for (int i = 0; i < inBlock; ++i) {
-            colors[done + i].SetPacked(ColorOfGuess(guesses[i], blockValues[i]));
+            double const value = blockValues[i];
+            Bin const& bin = m_bins[guesses[i]];
+            bool const isRight = bin.first <= value && value < bin.next;
+            colors[done + i].SetPacked(isRight ? bin.packed : m_bins[FindBin(value)].packed);
         }
     }
 }
 
-/// The index of the bin of `value`, found by halving.
+/// ColorAtValue where the guess fails or there are no bins.
+Orrin::Color ColorMap::ColorAtOddValue(double value) const
+{
+    return m_bins.empty() ? Orrin::Color() : Orrin::Color(m_bins[FindBin(value)].packed);
+}
+
+/// The index of the bin of `value`, found by halving. There must be bins.
 std::size_t ColorMap::FindBin(double value) const
 {
     if (std::isnan(value) || IsEmptyRange()) {

@@ -42,6 +42,15 @@ public:
     /// `size` bins, opaque black, over the range 0 to 1; a negative size counts as 0.
     explicit ColorMap(int size);
 
+    /// Copies hold bins, colours and range.
+    ///
+    /// \throws CMemoryException if the memory cannot be had; an assignment then leaves the map as it was.
+    ColorMap(ColorMap const& other);
+    ColorMap(ColorMap&&) noexcept = default;
+    ColorMap& operator=(ColorMap const& other);
+    ColorMap& operator=(ColorMap&&) noexcept = default;
+    ~ColorMap() = default;
+
     /// The number of bins.
     int GetSize() const { return static_cast<int>(m_bins.size()); }
 
@@ -87,10 +96,13 @@ public:
     /// size for an infinity, for NaN and on ranges that are infinite or hold few numbers for their bins.
     Orrin::Color ColorAtValue(double value) const
     {
-        if (m_bins.empty()) {
-            return Orrin::Color();
+        if (!m_bins.empty()) {
+            Bin const& bin = m_bins[WholePart(GuessBin(value))];
+            if (bin.first <= value && value < bin.next) {
+                return bin.packed;
+            }
         }
-        return ColorOfGuess(static_cast<int>(GuessBin(value)), value);
+        return ColorAtOddValue(value);
     }
 
     /// Sets the first `count` of `colors` to what ColorAtValue gives for each of `values`; a count below 1
@@ -110,29 +122,28 @@ private:
     bool IsEmptyRange() const { return !(m_begin < m_end) && !(m_begin > m_end); }
     void PlaceEdges();
 
-    /// The index of the bin of `value` or, by rounding or in an odd range, of another one, as a number from 0
-    /// to the size minus 1. There must be bins.
+    /// The index of the bin of `value` or, by rounding or in an odd range, of another one, with a fraction.
+    /// There must be bins.
     double GuessBin(double value) const
     {
         double const position = (value - m_begin) * m_binsPerUnit;
-        double const atLeastFirst = position > 0.0 ? position : 0.0; // also for NaN
+        double const atLeastFirst = position > m_firstBin ? position : m_firstBin; // also for NaN
         return atLeastFirst < m_lastBin ? atLeastFirst : m_lastBin;
     }
 
-    /// The packed colour of the bin of `value`, which is probably that with the index `guess`.
-    std::uint32_t ColorOfGuess(int guess, double value) const
-    {
-        Bin const& bin = m_bins[static_cast<std::size_t>(guess)];
-        return bin.first <= value && value < bin.next ? bin.packed : m_bins[FindBin(value)].packed;
-    }
+    static unsigned int WholePart(double guess) { return static_cast<unsigned int>(static_cast<int>(guess)); }
 
+    Orrin::Color ColorAtOddValue(double value) const;
     std::size_t FindBin(double value) const;
 
     std::vector<Bin> m_bins;
     double m_begin = 0.0;
     double m_end = 1.0;
     double m_binsPerUnit = 0.0; ///< negative if the range runs downwards
-    double m_lastBin = 0.0;     ///< the size minus 1
+    /// The bounds of an index: 0 and the size minus 1. With a constant for the first, compilers make a branch
+    /// of the comparison, which values on both sides of the bound mispredict.
+    double m_firstBin = 0.0;
+    double m_lastBin = 0.0;
 };
 
 } // namespace Lumora
