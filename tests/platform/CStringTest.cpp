@@ -280,6 +280,19 @@ TEST(CStringTest, BehavesAsAnIndependentValue)
     }
 }
 
+TEST(CStringTest, ALongTextIsEatenFromItsFrontInLinearTime)
+{
+    // Were each tail a copy, this would move half a terabyte.
+    std::string const bytes(1000000, 'x');
+    CString text(bytes.c_str());
+    int steps = 0;
+    while (!text.IsEmpty()) {
+        text = text.Mid(1);
+        ++steps;
+    }
+    EXPECT_EQ(steps, 1000000);
+}
+
 TEST(CStringTest, KeepsItsValueWhenMemoryRunsOut)
 {
     std::string const longText(1000, 'x');
