@@ -33,16 +33,6 @@ int SumOfLengths(int a, int b)
     return a + b;
 }
 
-void CheckBytes(void const* text, int length)
-{
-    if (length < 0) {
-        AfxThrowInvalidArgException("a text of " + std::to_string(length) + " characters");
-    }
-    if (text == nullptr && length > 0) {
-        AfxThrowInvalidArgException("a null pointer for a text of " + std::to_string(length) + " characters");
-    }
-}
-
 /// Gives numbers a decimal point for the duration of a call, whatever locale the thread has.
 class ClassicLocale
 {
@@ -79,22 +69,11 @@ int CheckFormatted(int length)
 
 } // namespace
 
-CString::CString(char const* text)
-{
-    Append(OrEmpty(text), LengthOf(text));
-}
-
-CString::CString(char const* text, int length)
-{
-    CheckBytes(text, length);
-    Append(text, length);
-}
-
 CString::CString(wchar_t const* text, int length)
 {
     CheckBytes(text, length);
     if (length > 0) {
-        MoveToOwnStorage(length);
+        MoveToOwnBytes(length);
         std::transform(text, text + length, Writable(), [](wchar_t wide) {
             return wide >= 0 && wide <= 0xFF ? static_cast<char>(wide) : '?';
         });
@@ -105,9 +84,13 @@ CString::CString(wchar_t const* text, int length)
 CString& CString::operator=(char const* text)
 {
     int const length = LengthOf(text);
-    if (IsSoleOwner() && length <= m_storage->m_capacity) {
-        m_text = static_cast<char*>(
-            std::memmove(m_storage->Bytes(), OrEmpty(text), static_cast<std::size_t>(length)));
+    Storage* const storage = m_isStored ? m_content.stored.storage : nullptr;
+    if (IsSoleOwner() && length <= (storage != nullptr ? storage->m_capacity : ownCapacity)) {
+        char* const begin = storage != nullptr ? storage->Bytes() : m_content.own;
+        std::memmove(begin, OrEmpty(text), static_cast<std::size_t>(length));
+        if (storage != nullptr) {
+            m_content.stored.text = begin;
+        }
         SetLength(length);
     } else {
         *this = CString(text, length);
@@ -120,7 +103,7 @@ CString& CString::operator+=(CString const& text)
     if (IsEmpty()) {
         *this = text;
     } else {
-        Append(text.m_text, text.m_length);
+        Append(text.GetText(), text.m_length);
     }
     return *this;
 }
@@ -139,7 +122,7 @@ CString& CString::operator+=(char character)
 
 int CString::CompareNoCase(char const* other) const noexcept
 {
-    char const* mine = m_text;
+    char const* mine = GetText();
     char const* theirs = OrEmpty(other);
     while (*mine != '\0' && ToLower(*mine) == ToLower(*theirs)) {
         ++mine;
@@ -153,9 +136,10 @@ int CString::Find(char character, int start) const noexcept
     if (start < 0 || start >= m_length) {
         return -1;
     }
+    char const* const text = GetText();
     void const* const found =
-        std::memchr(m_text + start, character, static_cast<std::size_t>(m_length - start));
-    return found != nullptr ? static_cast<int>(static_cast<char const*>(found) - m_text) : -1;
+        std::memchr(text + start, character, static_cast<std::size_t>(m_length - start));
+    return found != nullptr ? static_cast<int>(static_cast<char const*>(found) - text) : -1;
 }
 
 int CString::FindOneOf(char const* set) const noexcept
@@ -164,25 +148,26 @@ int CString::FindOneOf(char const* set) const noexcept
     for (char const* wanted = OrEmpty(set); *wanted != '\0'; ++wanted) {
         isWanted[static_cast<unsigned char>(*wanted)] = true;
     }
-    char const* const end = m_text + m_length;
+    char const* const text = GetText();
+    char const* const end = text + m_length;
     char const* const found = std::find_if(
-        m_text, end, [&](char character) { return isWanted[static_cast<unsigned char>(character)]; });
-    return found != end ? static_cast<int>(found - m_text) : -1;
+        text, end, [&](char character) { return isWanted[static_cast<unsigned char>(character)]; });
+    return found != end ? static_cast<int>(found - text) : -1;
 }
 
 CString CString::Left(int count) const
 {
-    return count >= m_length ? *this : CString(m_text, std::max(count, 0));
+    return count >= m_length ? *this : CString(GetText(), std::max(count, 0));
 }
 
 CString CString::Mid(int first) const
 {
-    if (first >= m_length) {
-        return CString();
+    first = std::clamp(first, 0, m_length);
+    if (m_length - first <= ownCapacity) {
+        return CString(GetText() + first, m_length - first);
     }
     CString tail(*this);
-    tail.m_text += std::max(first, 0);
-    tail.m_length -= std::max(first, 0);
+    tail.DropFront(first);
     return tail;
 }
 
@@ -192,28 +177,28 @@ CString CString::Mid(int first, int count) const
     if (first >= m_length || count <= 0) {
         return CString();
     }
-    return count >= m_length - first ? Mid(first) : CString(m_text + first, count);
+    return count >= m_length - first ? Mid(first) : CString(GetText() + first, count);
 }
 
 CString& CString::TrimLeft()
 {
-    char const* const end = m_text + m_length;
-    m_text = std::find_if_not(m_text, end, IsWhiteSpace);
-    m_length = static_cast<int>(end - m_text);
+    char const* const text = GetText();
+    DropFront(static_cast<int>(std::find_if_not(text, text + m_length, IsWhiteSpace) - text));
     return *this;
 }
 
 CString& CString::TrimRight()
 {
+    char const* const text = GetText();
     int length = m_length;
-    while (length > 0 && IsWhiteSpace(m_text[length - 1])) {
+    while (length > 0 && IsWhiteSpace(text[length - 1])) {
         --length;
     }
     if (length < m_length) {
         if (IsSoleOwner()) {
             SetLength(length);
         } else {
-            *this = CString(m_text, length);
+            *this = CString(text, length);
         }
     }
     return *this;
@@ -221,12 +206,13 @@ CString& CString::TrimRight()
 
 CString& CString::MakeLower()
 {
-    char const* const end = m_text + m_length;
-    if (std::any_of(m_text, end, [](char character) { return character >= 'A' && character <= 'Z'; })) {
+    char const* const text = GetText();
+    if (std::any_of(text, text + m_length,
+                    [](char character) { return character >= 'A' && character <= 'Z'; })) {
         if (!IsSoleOwner()) {
-            MoveToOwnStorage(m_length);
+            MoveToOwnBytes(m_length);
         }
-        std::transform(m_text, m_text + m_length, Writable(), ToLower);
+        std::transform(GetText(), GetText() + m_length, Writable(), ToLower);
     }
     return *this;
 }
@@ -248,7 +234,7 @@ void CString::Format(char const* format, ...)
     if (static_cast<std::size_t>(length) < shortResult.size()) {
         result = CString(shortResult.data(), length);
     } else {
-        result.MoveToOwnStorage(length);
+        result.MoveToOwnBytes(length);
         va_start(arguments, format);
         CheckFormatted(
             std::vsnprintf(result.Writable(), static_cast<std::size_t>(length) + 1, format, arguments));
@@ -264,9 +250,11 @@ char* CString::GetBuffer(int minLength)
         AfxThrowInvalidArgException("a buffer for " + std::to_string(minLength) + " characters");
     }
     if (!IsSoleOwner() || GetRoom() < minLength) {
-        MoveToOwnStorage(std::max(minLength, m_length));
+        MoveToOwnBytes(std::max(minLength, m_length));
     }
-    m_storage->m_lentOut = true;
+    if (m_isStored) {
+        m_content.stored.storage->m_lentOut = true;
+    }
     return Writable();
 }
 
@@ -274,27 +262,30 @@ void CString::ReleaseBuffer(int length)
 {
     int const room = IsSoleOwner() ? GetRoom() : m_length;
     if (length == -1) {
-        length = static_cast<int>(strnlen(m_text, static_cast<std::size_t>(room)));
+        length = static_cast<int>(strnlen(GetText(), static_cast<std::size_t>(room)));
     }
     if (length < 0 || length > room) {
         AfxThrowInvalidArgException("a length of " + std::to_string(length) + " in a buffer for " +
                                     std::to_string(room) + " characters");
     }
     if (IsSoleOwner()) {
-        m_storage->m_lentOut = false;
+        if (m_isStored) {
+            m_content.stored.storage->m_lentOut = false;
+        }
         SetLength(length);
     } else {
         *this = Left(length);
     }
 }
 
-int CString::LengthOf(char const* text)
+void CString::CheckBytes(void const* text, int length)
 {
-    std::size_t const length = text != nullptr ? std::strlen(text) : 0;
-    if (length > INT_MAX) {
-        AfxThrowMemoryException();
+    if (length < 0) {
+        AfxThrowInvalidArgException("a text of " + std::to_string(length) + " characters");
     }
-    return static_cast<int>(length);
+    if (text == nullptr && length > 0) {
+        AfxThrowInvalidArgException("a null pointer for a text of " + std::to_string(length) + " characters");
+    }
 }
 
 CString CString::Concatenate(char const* first, int firstLength, char const* second, int secondLength)
@@ -302,7 +293,7 @@ CString CString::Concatenate(char const* first, int firstLength, char const* sec
     CString result;
     int const sum = SumOfLengths(firstLength, secondLength);
     if (sum > 0) {
-        result.MoveToOwnStorage(sum);
+        result.MoveToOwnBytes(sum);
         result.Append(first, firstLength);
         result.Append(second, secondLength);
     }
@@ -324,28 +315,35 @@ void CString::Free(Storage* storage) noexcept
     std::free(storage);
 }
 
+void CString::DropInside(int index, int count)
+{
+    if (index < m_length && count > 0) {
+        *this = count < m_length - index ? Left(index) + Mid(index + count) : Left(index);
+    }
+}
+
+/// Becomes the only owner of a copy of what was just copied from a text whose buffer is lent out.
 void CString::CopyLentOut()
 {
-    m_storage = Allocate(m_length);
-    m_text = static_cast<char*>(std::memcpy(m_storage->Bytes(), m_text, static_cast<std::size_t>(m_length)));
-    SetLength(m_length);
+    char const* const text = m_content.stored.text;
+    int const length = m_length;
+    Forget();
+    Assign(text, length);
 }
 
-void CString::SetLength(int length) noexcept
-{
-    m_length = length;
-    Writable()[length] = '\0';
-}
-
-/// Gives the text storage that nobody else owns, with room for `capacity` bytes, which is at least its
+/// Gives the text bytes that nobody else owns, with room for `capacity` of them, which is at least its
 /// length.
-void CString::MoveToOwnStorage(int capacity)
+void CString::MoveToOwnBytes(int capacity)
 {
-    Storage* const storage = Allocate(capacity);
-    std::memcpy(storage->Bytes(), m_text, static_cast<std::size_t>(m_length) + 1);
-    Release();
-    m_storage = storage;
-    m_text = storage->Bytes();
+    CString moved;
+    if (capacity > ownCapacity) {
+        Storage* const storage = Allocate(capacity);
+        moved.m_content.stored = {storage, storage->Bytes()};
+        moved.m_isStored = true;
+    }
+    std::memcpy(moved.Writable(), GetText(), static_cast<std::size_t>(m_length) + 1);
+    moved.m_length = m_length;
+    Swap(moved);
 }
 
 void CString::Append(char const* text, int length)
@@ -361,9 +359,9 @@ void CString::Append(char const* text, int length)
     }
     // Half as much again, so that appending byte by byte stays linear; a first value gets what it needs.
     CString longer;
-    longer.MoveToOwnStorage(m_length == 0 ? sum
-                                          : std::max(sum, sum <= INT_MAX / 3 * 2 ? sum / 2 * 3 : INT_MAX));
-    std::memcpy(longer.Writable(), m_text, static_cast<std::size_t>(m_length));
+    int const grown = sum <= INT_MAX / 3 * 2 ? sum / 2 * 3 : INT_MAX;
+    longer.MoveToOwnBytes(m_length == 0 ? sum : std::max(sum, grown));
+    std::memcpy(longer.Writable(), GetText(), static_cast<std::size_t>(m_length));
     std::memcpy(longer.Writable() + m_length, text, static_cast<std::size_t>(length));
     longer.SetLength(sum);
     Swap(longer);

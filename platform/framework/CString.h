@@ -8,15 +8,19 @@
 #include "platform/framework/AfxExceptions.h"
 
 #include <atomic>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
 /// A text of 8-bit characters with value semantics, always readable as a zero-terminated buffer.
 ///
-/// Copies share their storage until one of them changes, and so does the tail that Mid(first) or TrimLeft
-/// leaves: both cost the same for any length, and eating a text from its front takes linear time overall. A
-/// short tail keeps the whole storage alive; CString(tail, tail.GetLength()) cuts it loose. Owners are
-/// counted atomically, so distinct objects may live on distinct threads even while they share.
+/// A text of up to 15 bytes may lie in the object itself. Otherwise copies share their storage until one of
+/// them changes, and so does the tail that Mid(first) or TrimLeft leaves: both cost the same for any length,
+/// and eating a text from its front takes linear time overall. Such a tail keeps the whole storage alive;
+/// CString(tail, tail.GetLength()) cuts it loose. Owners are counted atomically, so distinct objects may live
+/// on distinct threads even while they share.
 ///
 /// Every index and length is an `int`. A length past that range, or a failed allocation, raises
 /// CMemoryException, and the text keeps its value. Arguments may point into the text's own buffer. A null
@@ -28,25 +32,44 @@
 class VORLANE_PLATFORM_EXPORT CString
 {
 public:
-    CString() noexcept = default;
-    CString(CString const& other) : m_storage(other.m_storage), m_text(other.m_text), m_length(other.m_length)
+    CString() noexcept {}
+    CString(CString const& other)
+        : m_content(other.m_content), m_length(other.m_length), m_isStored(other.m_isStored)
     {
-        Share();
+        if (m_isStored) {
+            Share();
+        }
     }
-    CString(CString&& other) noexcept { Swap(other); }
+    CString(CString&& other) noexcept
+        : m_content(other.m_content), m_length(other.m_length), m_isStored(other.m_isStored)
+    {
+        other.Forget();
+    }
 
     /// The bytes up to the terminator.
-    CString(char const* text);
+    CString(char const* text) { Assign(OrEmpty(text), LengthOf(text)); }
 
     /// Exactly `length` bytes, zero bytes included. A length below 0, or a null pointer with a length above
     /// 0, raises CInvalidArgException.
-    CString(char const* text, int length);
+    CString(char const* text, int length)
+    {
+        if (text == nullptr || length < 0) {
+            CheckBytes(text, length);
+        } else {
+            Assign(text, length);
+        }
+    }
 
     /// Narrows exactly `length` wide characters: 0 to 255 become the byte of that value, all others '?'.
     /// Bad arguments as above.
     CString(wchar_t const* text, int length);
 
-    ~CString() { Release(); }
+    ~CString()
+    {
+        if (m_isStored) {
+            Release();
+        }
+    }
 
     CString& operator=(CString const& other)
     {
@@ -67,8 +90,8 @@ public:
     CString& operator+=(char const* text);
     CString& operator+=(char character);
 
-    /// The zero-terminated buffer; valid until this text changes.
-    operator char const*() const noexcept { return m_text; }
+    /// The zero-terminated buffer; valid until this text changes or moves.
+    operator char const*() const noexcept { return m_isStored ? m_content.stored.text : m_content.own; }
 
     /// The number of bytes.
     int GetLength() const noexcept { return m_length; }
@@ -81,7 +104,7 @@ public:
         if (static_cast<unsigned int>(index) > static_cast<unsigned int>(m_length)) {
             AfxThrowIndexException(index, m_length);
         }
-        return m_text[index];
+        return GetText()[index];
     }
     char operator[](int index) const { return GetAt(index); }
 
@@ -89,7 +112,7 @@ public:
     void Empty() noexcept { CString().Swap(*this); }
 
     /// Orders by unsigned bytes: negative, 0 or positive.
-    int Compare(char const* other) const noexcept { return std::strcmp(m_text, OrEmpty(other)); }
+    int Compare(char const* other) const noexcept { return std::strcmp(GetText(), OrEmpty(other)); }
 
     /// Compare, with the letters A to Z taken as a to z.
     int CompareNoCase(char const* other) const noexcept;
@@ -109,6 +132,18 @@ public:
 
     /// At most `count` bytes from `first`, cut at the end; numbers below 0 count as 0.
     CString Mid(int first, int count) const;
+
+    /// Removes at most `count` bytes from `index` on, cut at the end, and gives the new length; numbers below
+    /// 0 count as 0. Bytes at the front go in constant time and leave shared storage shared.
+    int Delete(int index, int count = 1)
+    {
+        if (index <= 0) {
+            DropFront(count);
+        } else {
+            DropInside(index, count);
+        }
+        return m_length;
+    }
 
     /// Remove white space (blank, tab, LF, VT, FF, CR, whatever the locale) at one end; both return this
     /// text.
@@ -131,39 +166,51 @@ public:
     /// below -1, or past the buffer's room, raises CInvalidArgException.
     void ReleaseBuffer(int length = -1);
 
-    friend bool operator==(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) == 0; }
+    friend bool operator==(CString const& a, CString const& b) noexcept
+    {
+        return a.Compare(b.GetText()) == 0;
+    }
     friend bool operator==(CString const& a, char const* b) noexcept { return a.Compare(b) == 0; }
     friend bool operator==(char const* a, CString const& b) noexcept { return b.Compare(a) == 0; }
-    friend bool operator!=(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) != 0; }
+    friend bool operator!=(CString const& a, CString const& b) noexcept
+    {
+        return a.Compare(b.GetText()) != 0;
+    }
     friend bool operator!=(CString const& a, char const* b) noexcept { return a.Compare(b) != 0; }
     friend bool operator!=(char const* a, CString const& b) noexcept { return b.Compare(a) != 0; }
-    friend bool operator<(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) < 0; }
+    friend bool operator<(CString const& a, CString const& b) noexcept { return a.Compare(b.GetText()) < 0; }
     friend bool operator<(CString const& a, char const* b) noexcept { return a.Compare(b) < 0; }
     friend bool operator<(char const* a, CString const& b) noexcept { return b.Compare(a) > 0; }
-    friend bool operator>(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) > 0; }
+    friend bool operator>(CString const& a, CString const& b) noexcept { return a.Compare(b.GetText()) > 0; }
     friend bool operator>(CString const& a, char const* b) noexcept { return a.Compare(b) > 0; }
     friend bool operator>(char const* a, CString const& b) noexcept { return b.Compare(a) < 0; }
-    friend bool operator<=(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) <= 0; }
+    friend bool operator<=(CString const& a, CString const& b) noexcept
+    {
+        return a.Compare(b.GetText()) <= 0;
+    }
     friend bool operator<=(CString const& a, char const* b) noexcept { return a.Compare(b) <= 0; }
     friend bool operator<=(char const* a, CString const& b) noexcept { return b.Compare(a) >= 0; }
-    friend bool operator>=(CString const& a, CString const& b) noexcept { return a.Compare(b.m_text) >= 0; }
+    friend bool operator>=(CString const& a, CString const& b) noexcept
+    {
+        return a.Compare(b.GetText()) >= 0;
+    }
     friend bool operator>=(CString const& a, char const* b) noexcept { return a.Compare(b) >= 0; }
     friend bool operator>=(char const* a, CString const& b) noexcept { return b.Compare(a) <= 0; }
 
     friend CString operator+(CString const& a, CString const& b)
     {
-        return Concatenate(a.m_text, a.m_length, b.m_text, b.m_length);
+        return Concatenate(a.GetText(), a.m_length, b.GetText(), b.m_length);
     }
     friend CString operator+(CString const& a, char const* b)
     {
-        return Concatenate(a.m_text, a.m_length, OrEmpty(b), LengthOf(b));
+        return Concatenate(a.GetText(), a.m_length, OrEmpty(b), LengthOf(b));
     }
     friend CString operator+(char const* a, CString const& b)
     {
-        return Concatenate(OrEmpty(a), LengthOf(a), b.m_text, b.m_length);
+        return Concatenate(OrEmpty(a), LengthOf(a), b.GetText(), b.m_length);
     }
-    friend CString operator+(CString const& a, char b) { return Concatenate(a.m_text, a.m_length, &b, 1); }
-    friend CString operator+(char a, CString const& b) { return Concatenate(&a, 1, b.m_text, b.m_length); }
+    friend CString operator+(CString const& a, char b) { return Concatenate(a.GetText(), a.m_length, &b, 1); }
+    friend CString operator+(char a, CString const& b) { return Concatenate(&a, 1, b.GetText(), b.m_length); }
     friend CString operator+(CString&& a, CString const& b) { return std::move(a += b); }
     friend CString operator+(CString&& a, char const* b) { return std::move(a += b); }
     friend CString operator+(CString&& a, char b) { return std::move(a += b); }
@@ -180,55 +227,145 @@ private:
         char* Bytes() { return reinterpret_cast<char*>(this + 1); }
     };
 
+    /// A text in storage that may be shared.
+    struct Stored
+    {
+        Storage* storage;
+        char const* text;
+    };
+
+    static constexpr int ownCapacity = 15;
+
+    /// No part of it points to another, so that a text may be moved bitwise.
+    union Content {
+        char own[ownCapacity + 1] = {};
+        Stored stored;
+    };
+
     static char const* OrEmpty(char const* text) noexcept { return text != nullptr ? text : ""; }
-    static int LengthOf(char const* text);
+    static int LengthOf(char const* text)
+    {
+        std::size_t const length = text != nullptr ? std::strlen(text) : 0;
+        if (length > INT_MAX) {
+            AfxThrowMemoryException();
+        }
+        return static_cast<int>(length);
+    }
+    static void CheckBytes(void const* text, int length);
     static CString Concatenate(char const* first, int firstLength, char const* second, int secondLength);
     static Storage* Allocate(int capacity);
+    static void Free(Storage* storage) noexcept;
+
+    /// Copies at most ownCapacity bytes, which may overlap: two moves of a fixed size, for less than the
+    /// price of a call.
+    static void CopyFew(char* target, char const* source, std::size_t count) noexcept
+    {
+        if (count >= 8) {
+            CopyEnds<std::uint64_t>(target, source, count);
+        } else if (count >= 4) {
+            CopyEnds<std::uint32_t>(target, source, count);
+        } else if (count >= 2) {
+            CopyEnds<std::uint16_t>(target, source, count);
+        } else if (count == 1) {
+            *target = *source;
+        }
+    }
+    template <class Word>
+    static void CopyEnds(char* target, char const* source, std::size_t count) noexcept
+    {
+        Word front;
+        Word back;
+        std::memcpy(&front, source, sizeof front);
+        std::memcpy(&back, source + count - sizeof back, sizeof back);
+        std::memcpy(target, &front, sizeof front);
+        std::memcpy(target + count - sizeof back, &back, sizeof back);
+    }
+
+    char const* GetText() const noexcept { return *this; }
+
+    /// The first value of a new object.
+    void Assign(char const* text, int length)
+    {
+        if (length <= ownCapacity) {
+            CopyFew(m_content.own, text, static_cast<std::size_t>(length));
+            m_content.own[length] = '\0';
+            m_length = length;
+        } else {
+            Append(text, length);
+        }
+    }
 
     /// Becomes one more owner of the storage that was just copied from another text.
     void Share()
     {
-        if (m_storage != nullptr) {
-            if (m_storage->m_lentOut) {
-                CopyLentOut();
-            } else {
-                m_storage->m_owners.fetch_add(1, std::memory_order_relaxed);
-            }
+        if (m_content.stored.storage->m_lentOut) {
+            CopyLentOut();
+        } else {
+            m_content.stored.storage->m_owners.fetch_add(1, std::memory_order_relaxed);
         }
     }
     void Release() noexcept
     {
-        if (m_storage != nullptr && m_storage->m_owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-            Free(m_storage);
+        if (m_content.stored.storage->m_owners.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+            Free(m_content.stored.storage);
         }
     }
-    static void Free(Storage* storage) noexcept;
     void CopyLentOut();
+
+    /// Is empty, without letting go of any storage.
+    void Forget() noexcept
+    {
+        m_content.own[0] = '\0';
+        m_length = 0;
+        m_isStored = false;
+    }
 
     void Swap(CString& other) noexcept
     {
-        std::swap(m_storage, other.m_storage);
-        std::swap(m_text, other.m_text);
+        std::swap(m_content, other.m_content);
         std::swap(m_length, other.m_length);
+        std::swap(m_isStored, other.m_isStored);
     }
 
+    /// Whether the bytes may be changed in place.
     bool IsSoleOwner() const noexcept
     {
-        return m_storage != nullptr && m_storage->m_owners.load(std::memory_order_acquire) == 1;
+        return !m_isStored || m_content.stored.storage->m_owners.load(std::memory_order_acquire) == 1;
     }
-    /// The bytes from the begin of this text that the storage has room for, without the terminator.
+    /// The bytes from the begin of this text that there is room for, without the terminator.
     int GetRoom() const noexcept
     {
-        return m_storage->m_capacity - static_cast<int>(m_text - m_storage->Bytes());
+        Stored const& stored = m_content.stored;
+        return m_isStored
+                   ? stored.storage->m_capacity - static_cast<int>(stored.text - stored.storage->Bytes())
+                   : ownCapacity;
     }
-    char* Writable() noexcept { return const_cast<char*>(m_text); }
-    void SetLength(int length) noexcept;
-    void MoveToOwnStorage(int capacity);
+    char* Writable() noexcept { return const_cast<char*>(GetText()); }
+    void SetLength(int length) noexcept
+    {
+        m_length = length;
+        Writable()[length] = '\0';
+    }
+    void DropFront(int count) noexcept
+    {
+        if (count >= m_length) {
+            Empty();
+        } else if (count > 0) {
+            m_length -= count;
+            if (m_isStored) {
+                m_content.stored.text += count;
+            } else {
+                CopyFew(m_content.own, m_content.own + count, static_cast<std::size_t>(m_length) + 1);
+            }
+        }
+    }
+    void DropInside(int index, int count);
+    void MoveToOwnBytes(int capacity);
     void Append(char const* text, int length);
 
-    Storage* m_storage = nullptr; ///< null for a text that never needed any, which is then empty
-    char const* m_text = "";
+    Content m_content;
     int m_length = 0;
+    bool m_isStored = false; ///< which member of the content is in use
 };
 
 #endif

@@ -16,7 +16,9 @@ class StringPrinter:
         self.value = value
 
     def to_string(self):
-        return self.value["m_text"].string(encoding="latin-1", length=int(self.value["m_length"]))
+        content = self.value["m_content"]
+        text = content["stored"]["text"] if self.value["m_isStored"] else content["own"][0].address
+        return text.string(encoding="latin-1", length=int(self.value["m_length"]))
 
     def display_hint(self):
         return "string"

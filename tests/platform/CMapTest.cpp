@@ -118,11 +118,15 @@ TEST(CMapTest, TableIsSetWhileEmpty)
 TEST(CMapTest, IsUnchangedWhenMemoryRunsOut)
 {
     TextMap map(4);
+    std::vector<std::string> keys; // made ahead; in the map each takes memory
+    for (int i = 0; i < 100; ++i) {
+        keys.push_back("a key that takes memory " + std::to_string(i));
+    }
     int const failures = VorlaneTest::ForEachFailedAllocation(
         [&] { map.RemoveAll(); },
         [&] {
             for (int i = 0; i < 100; ++i) {
-                map[("key " + std::to_string(i)).c_str()] = i; // a key short enough to need no memory itself
+                map[keys[static_cast<std::size_t>(i)].c_str()] = i;
             }
         },
         [&] {
@@ -132,7 +136,7 @@ TEST(CMapTest, IsUnchangedWhenMemoryRunsOut)
                 CString key;
                 int value = 0;
                 map.GetNextAssoc(position, key, value);
-                EXPECT_EQ(key, ("key " + std::to_string(value)).c_str());
+                EXPECT_EQ(key, keys[static_cast<std::size_t>(value)].c_str());
                 EXPECT_LT(value, count);
             }
             EXPECT_EQ(seen, count);

@@ -4,6 +4,7 @@
 
 #include "gtest/gtest.h"
 
+#include <algorithm>
 #include <climits>
 #include <clocale>
 #include <functional>
@@ -240,7 +241,7 @@ TEST(CStringTest, BehavesAsAnIndependentValue)
         std::size_t const j = static_cast<std::size_t>(random.Integer(0, 3));
         std::size_t const cut =
             static_cast<std::size_t>(random.Integer(0, static_cast<int>(expected[j].size())));
-        switch (expected[i].size() > 200 ? 6 : random.Integer(0, 7)) {
+        switch (expected[i].size() > 200 ? 6 : random.Integer(0, 8)) {
         case 0:
             texts[i] = texts[j];
             expected[i] = expected[j];
@@ -271,6 +272,10 @@ TEST(CStringTest, BehavesAsAnIndependentValue)
             texts[i] = texts[i].Left(5) + texts[j].Mid(static_cast<int>(cut), 3);
             expected[i] = expected[i].substr(0, 5) + expected[j].substr(cut, 3);
             break;
+        case 7:
+            texts[j].Delete(0, static_cast<int>(cut));
+            expected[j].erase(0, cut);
+            break;
         default:
             texts[i] = std::move(texts[j]);
             expected[i] = i == j ? expected[i] : std::exchange(expected[j], "");
@@ -296,6 +301,7 @@ TEST(CStringTest, ALongTextIsEatenFromItsFrontInLinearTime)
 TEST(CStringTest, KeepsItsValueWhenMemoryRunsOut)
 {
     std::string const longText(1000, 'x');
+    char const* const value = "Value too long for the object ";
     CString text;
     CString copy;
     std::function<void()> const operations[] = {[&] { text = longText.c_str(); },
@@ -305,18 +311,37 @@ TEST(CStringTest, KeepsItsValueWhenMemoryRunsOut)
                                                 [&] { text.TrimRight(); },
                                                 [&] { text.Format("%s", longText.c_str()); },
                                                 [&] { text.GetBuffer(1000); },
-                                                [&] { text = text.Left(2); },
+                                                [&] { text = text.Left(20); },
                                                 [&] {
-                                                    text = CString(L"wide", 4);
+                                                    text = CString(L"wide and as long", 16);
                                                 }};
     for (auto const& operation : operations) {
         auto const prepare = [&] {
-            text = "Value ";
+            text = value;
             copy = text;
         };
-        EXPECT_GT(
-            VorlaneTest::ForEachFailedAllocation(prepare, operation, [&] { EXPECT_EQ(text, "Value "); }), 0);
-        EXPECT_EQ(copy, "Value ");
+        EXPECT_GT(VorlaneTest::ForEachFailedAllocation(prepare, operation, [&] { EXPECT_EQ(text, value); }),
+                  0);
+        EXPECT_EQ(copy, value);
+    }
+}
+
+TEST(CStringTest, DeletesBytes)
+{
+    for (char const* const value : {"abcdef", "abcdefghijklmnopqrstuvwxyz"}) {
+        std::string const all = value;
+        for (int index = -1; index <= static_cast<int>(all.size()) + 1; ++index) {
+            for (int const count : {-1, 0, 1, 5, 20, INT_MAX}) {
+                CString text(value);
+                CString const copy = text;
+                std::string expected = all;
+                std::size_t const first = std::min(static_cast<std::size_t>(std::max(index, 0)), all.size());
+                expected.erase(first, static_cast<std::size_t>(std::max(count, 0)));
+                EXPECT_EQ(text.Delete(index, count), static_cast<int>(expected.size()));
+                EXPECT_EQ(Bytes(text), expected) << index << ' ' << count;
+                EXPECT_EQ(Bytes(copy), all);
+            }
+        }
     }
 }
 

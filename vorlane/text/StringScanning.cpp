@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <istream>
@@ -81,20 +82,17 @@ char const* End(CString const& text)
     return Begin(text) + text.GetLength();
 }
 
-/// The part of `text` from `first` to `last`, which point into it.
+/// The part of `text` from `first` to `last`, which point into it. The tail of a text shares its storage.
 CString Part(CString const& text, char const* first, char const* last)
 {
-    return text.Mid(static_cast<int>(first - Begin(text)), static_cast<int>(last - first));
+    return last == End(text) ? text.Mid(static_cast<int>(first - Begin(text)))
+                             : CString(first, static_cast<int>(last - first));
 }
 
 /// Leaves what stands behind the one character at `end`, which points into the text or to its end.
 void KeepBehind(CString& text, char const* end)
 {
-    if (end == End(text)) {
-        text.Empty();
-    } else {
-        text = text.Mid(static_cast<int>(end - Begin(text)) + 1);
-    }
+    text.Delete(0, static_cast<int>(end - Begin(text)) + (end != End(text) ? 1 : 0));
 }
 
 struct Span
@@ -336,7 +334,7 @@ CString StringUtils::ParseQuotedString(CString& text)
         return CString();
     }
     if (!IsQuote(*first)) {
-        text = text.Mid(static_cast<int>(first - Begin(text)));
+        text.TrimLeft();
         return CString();
     }
     Span const quoted = Quoted(first, End(text));
