@@ -137,4 +137,184 @@ TEST(ExpressionMatcher, AgreesWithTheSlowMatcherOnAllSmallCases)
     EXPECT_GT(comparison.Cases(), 1000000 / sanitizerFactor);
 }
 
+/// A random expression of the dialect, mostly valid.
+std::string RandomExpression(SeededEngine& engine, int depth)
+{
+    char const* const atoms[] = {"a",   "b", "c", ".",   "[ab]", "[^a]", "ab",
+                                 "abc", "^", "$", "\\<", "\\>",  "\\.",  " "};
+    char const* const quantifiers[] = {"", "", "", "*", "+", "?"};
+    std::string expression;
+    int const pieces = engine.Integer(1, 4);
+    for (int i = 0; i < pieces; ++i) {
+        if (depth > 0 && engine.Integer(0, 2) == 0)
+            expression += "(" + RandomExpression(engine, depth - 1) + ")";
+        else
+            expression += atoms[engine.Integer(0, static_cast<int>(std::size(atoms)) - 1)];
+        expression += quantifiers[engine.Integer(0, 5)];
+        if (engine.Integer(0, 5) == 0)
+            expression += "|";
+    }
+    return expression;
+}
+
+/// Random characters, sometimes in long runs and repetitions, so that ways fail late.
+std::string RandomText(SeededEngine& engine, int length)
+{
+    std::string text;
+    while (static_cast<int>(text.size()) < length) {
+        std::string part;
+        for (int i = engine.Integer(1, 4); i > 0; --i)
+            part += "aaabbc ._"[engine.Integer(0, 8)];
+        for (int i = engine.Integer(0, 2) == 0 ? engine.Integer(1, 40) : 1; i > 0; --i)
+            text += part;
+    }
+    return text;
+}
+
+TEST(ExpressionMatcher, AgreesWithTheSlowMatcherOnRandomLargerCases)
+{
+    SeededEngine engine;
+    SCOPED_TRACE(engine.Describe());
+    Comparison comparison;
+    for (int i = 0; i < 20000 / sanitizerFactor && !HasFatalFailure(); ++i) {
+        std::vector<std::string> texts;
+        for (int length : {0, 7, 30, 90, 300})
+            texts.push_back(RandomText(engine, length));
+        comparison.Compare(RandomExpression(engine, 3), texts);
+    }
+    comparison.Print("random larger cases");
+}
+
+// The scanners work on blocks; a match must be found wherever it lies in one, and nowhere behind the end.
+TEST(ExpressionMatcher, FindsAMatchAtEveryOffset)
+{
+    struct Row
+    {
+        char const* expression;
+        char const* match;
+        char filler;
+    };
+    Row const rows[] = {
+        {"Z", "Z", 'e'},         {"Zwitterion", "Zwitterion", 'i'}, {"tea", "tea", 'e'},
+        {"[0-9]+x", "0x", ' '},  {"[-+]?[0-9]\\.", "+7.", 'e'},     {"(teal|east|lost)", "east", 's'},
+        {"\\<ab\\>", "ab", ' '}, {"abcabd", "abcabd", 'a'},         {"e*x$", "x", ' '},
+        {"[^e]q", "\xFFq", 'e'},
+    };
+    for (Row const& row : rows) {
+        Compiled const compiled = Compile(row.expression);
+        ASSERT_NE(compiled, nullptr);
+        for (std::size_t before = 0; before < 200; ++before) {
+            std::string const text = std::string(before, row.filler) + row.match;
+            SCOPED_TRACE(std::string(row.expression) + " behind " + std::to_string(before));
+            ASSERT_TRUE(SearchExpression(compiled.get(), text.c_str(), text.size()));
+            EXPECT_EQ(compiled->m_groupStart[0] - text.c_str(), static_cast<std::ptrdiff_t>(before));
+            EXPECT_EQ(compiled->m_groupEnd[0], text.c_str() + text.size());
+            // A zero byte ends the text, though more of it is stored.
+            std::string cut = std::string(before, row.filler) + '\0' + row.match;
+            EXPECT_FALSE(SearchExpression(compiled.get(), cut.c_str(), cut.size()));
+            std::string const none(text, 0, text.size() - 1);
+            EXPECT_FALSE(SearchExpression(compiled.get(), none.c_str(), none.size()));
+        }
+    }
+}
+
+// The states of this expression are as many as there are texts of fifteen letters, so the tables overflow.
+TEST(ExpressionMatcher, StartsItsTablesAfreshWhenTheyAreFull)
+{
+    SeededEngine engine;
+    SCOPED_TRACE(engine.Describe());
+    std::string text;
+    for (int i = 0; i < 400000 / sanitizerFactor; ++i)
+        text += "ab"[engine.Integer(0, 1)];
+    Compiled const compiled =
+        Compile("(a|b)*(a)(a|b)(a|b)(a|b)(a|b)(a|b)[ab][ab][ab][ab][ab][ab][ab][ab][ab]");
+    ASSERT_TRUE(SearchExpression(compiled.get(), text.c_str(), text.size()));
+    std::size_t const lastA = text.rfind('a', text.size() - 15);
+    EXPECT_EQ(compiled->m_groupEnd[0] - text.c_str(), static_cast<std::ptrdiff_t>(lastA + 15));
+    EXPECT_EQ(compiled->m_groupStart[2] - text.c_str(), static_cast<std::ptrdiff_t>(lastA));
+    EXPECT_EQ(compiled->m_groupEnd[1], compiled->m_groupStart[2]);
+}
+
+// Each of these sends plain backtracking through exponentially many ways, or deep into recursion.
+TEST(ExpressionMatcher, TakesTimeLinearInTheText)
+{
+    struct Row
+    {
+        char const* expression;
+        char repeated;
+        char const* end;
+        bool matches;
+    };
+    Row const rows[] = {
+        {"(a+)+b", 'a', "", false},    {"(a+)+b", 'a', "b", true},
+        {"(a+)+b", 'a', "cb", false},  {"(a|aa)+$", 'a', "", true},
+        {"(a|aa)+$", 'a', "b", false}, {"(x+x+)+y", 'x', "zy", false},
+        {"(x+x+)+y", 'x', "y", true},  {"a*a*a*a*c", 'a', "bc", true},
+        {".*.*=.*", 'x', "", false},   {"aaaaaaaaaaaaaaaaab", 'a', "", false},
+    };
+    for (Row const& row : rows) {
+        std::printf("[ %-18s on %c...%-2s ", row.expression, row.repeated, row.end);
+        for (std::size_t length : {10000u, 100000u, 1000000u, 10000000u / sanitizerFactor}) {
+            std::string const text = std::string(length, row.repeated) + row.end;
+            Compiled const compiled = Compile(row.expression);
+            auto const before = std::chrono::steady_clock::now();
+            EXPECT_EQ(SearchExpression(compiled.get(), text.c_str(), text.size()), row.matches)
+                << row.expression;
+            std::chrono::duration<double, std::micro> const time = std::chrono::steady_clock::now() - before;
+            std::printf("%10.0f us", time.count());
+        }
+        std::printf(" for 1e4, 1e5, 1e6, %.0e ]\n", 1e7 / sanitizerFactor);
+    }
+}
+
+struct HugeText
+{
+    bool matches = false;
+    int groupLength = 0;
+};
+
+void* MatchHugeText(void* result)
+{
+    int const length = 100000000 / sanitizerFactor;
+    CString text;
+    char* const characters = text.GetBuffer(length);
+    for (int i = 0; i < length; ++i)
+        characters[i] = i % 3 == 1 ? 'a' : 'b';
+    text.ReleaseBuffer(length);
+    RegExpression expression("((a|b)*)(ab|b)", false);
+    static_cast<HugeText*>(result)->matches = expression.Match(text, true);
+    static_cast<HugeText*>(result)->groupLength = length - expression.GetSubstring(1).GetLength();
+    return nullptr;
+}
+
+TEST(ExpressionMatcher, MatchesHugeTextsOnASmallStack)
+{
+    HugeText result;
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 1 << 20), 0);
+    pthread_t thread;
+    ASSERT_EQ(pthread_create(&thread, &attributes, MatchHugeText, &result), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    EXPECT_TRUE(result.matches);
+    EXPECT_EQ(result.groupLength, 1); // the star leaves as little as it can
+}
+
+TEST(ExpressionMatcher, WorksInDistinctObjectsOnDistinctThreads)
+{
+    RegExpression const original("(a|b)+c", false);
+    std::vector<int> matches(4);
+    std::vector<std::thread> threads;
+    for (int& count : matches)
+        threads.emplace_back([&original, &count] {
+            RegExpression expression(original);
+            for (int i = 0; i < 200; ++i)
+                count += expression.Match(i % 2 == 0 ? "xxabac" : "abab", false);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(matches, std::vector<int>(4, 100));
+}
+
 } // namespace

@@ -85,6 +85,11 @@ public:
     /// What the last Match found: the whole match at 0, group i at i. An empty text for an index outside.
     virtual CString GetSubstring(int index) const;
 
+    /// Where substring `index` begins in the text of the last Match; -1 for an index outside. With it a caller
+    /// goes from match to match through `text.Mid(GetSubstringStart(0) + GetSubstring(0).GetLength())`, which
+    /// copies nothing.
+    int GetSubstringStart(int index) const;
+
     /// The number of substrings. The list ends before the first group that is empty or took no part, so the
     /// groups behind such a one cannot be asked for.
     virtual int GetSubstringCount() const;
@@ -94,12 +99,14 @@ public:
     static bool IsRegExpression(CString const& text);
 
 private:
-    void StoreSubstrings();
+    void CopySubstrings(RegExpression const& other);
+    void StoreSubstrings(char const* text);
 
     CString m_expression;
     CStringArray m_substrings; ///< keeps its storage from match to match, so it may be longer than the list
     CompiledExpression* m_compiled = nullptr;
     int m_substringCount = 0;
+    int m_substringStarts[10] = {};
 };
 
 /// A range of 32-bit integers, both ends included.

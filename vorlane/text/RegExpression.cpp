@@ -2,7 +2,9 @@
 
 #include "vorlane/text/RegularExpressionInternal.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace Vorlane {
 namespace {
@@ -33,22 +35,27 @@ RegExpression::RegExpression(CString const& expression, bool exactMatch)
 RegExpression::RegExpression(RegExpression const& other)
     : Pattern<CString>(other), m_expression(other.m_expression)
 {
-    m_substrings.Copy(other.m_substrings);
-    m_substringCount = other.m_substringCount;
+    CopySubstrings(other);
 }
 
 RegExpression& RegExpression::operator=(RegExpression const& other)
 {
     if (this == &other)
         return *this;
-    m_substringCount = 0;
-    m_substrings.Copy(other.m_substrings);
-    m_substringCount = other.m_substringCount;
+    CopySubstrings(other);
     Pattern<CString>::operator=(other);
     m_expression = other.m_expression;
     ReleaseExpression(m_compiled);
     m_compiled = nullptr;
     return *this;
+}
+
+void RegExpression::CopySubstrings(RegExpression const& other)
+{
+    m_substringCount = 0;
+    m_substrings.Copy(other.m_substrings);
+    m_substringCount = other.m_substringCount;
+    std::copy(std::begin(other.m_substringStarts), std::end(other.m_substringStarts), m_substringStarts);
 }
 
 RegExpression::~RegExpression()
@@ -72,15 +79,16 @@ bool RegExpression::Match(CString const& text, bool exact)
             return false;
         m_substringCount = 0;
         if (!text.IsEmpty() && SearchExpression(m_compiled, text, static_cast<std::size_t>(text.GetLength())))
-            StoreSubstrings();
+            StoreSubstrings(text);
         if (m_substringCount == 0)
             return false;
-        return !exact || (m_compiled->m_groupStart[0] == text && *m_compiled->m_groupEnd[0] == 0);
+        char const* const begin = text;
+        return !exact || (m_compiled->m_groupStart[0] == begin && *m_compiled->m_groupEnd[0] == 0);
     });
 }
 
 /// Takes the spans up to the first that is unset or empty.
-void RegExpression::StoreSubstrings()
+void RegExpression::StoreSubstrings(char const* text)
 {
     int count = 0;
     while (count < groupSlots && m_compiled->m_groupStart[count] != nullptr &&
@@ -90,6 +98,7 @@ void RegExpression::StoreSubstrings()
         m_substrings.SetSize(count, -1);
     for (int i = 0; i < count; ++i) {
         char const* const begin = m_compiled->m_groupStart[i];
+        m_substringStarts[i] = static_cast<int>(begin - text);
         Assign(m_substrings[i], begin, static_cast<int>(m_compiled->m_groupEnd[i] - begin));
     }
     m_substringCount = count;
@@ -98,6 +107,11 @@ void RegExpression::StoreSubstrings()
 CString RegExpression::GetSubstring(int index) const
 {
     return index >= 0 && index < m_substringCount ? m_substrings[index] : CString();
+}
+
+int RegExpression::GetSubstringStart(int index) const
+{
+    return index >= 0 && index < m_substringCount ? m_substringStarts[index] : -1;
 }
 
 int RegExpression::GetSubstringCount() const

@@ -33,6 +33,13 @@ std::size_t Place(Neighbour neighbour)
     return static_cast<std::size_t>(neighbour);
 }
 
+/// So many bytes of a match are read in the loop that suits short ones.
+constexpr int shortMatch = 24;
+
+/// A match up to this length is walked at once; more is walked in stretches, so that the memory that a walk
+/// needs stays small.
+constexpr std::ptrdiff_t shortestStretch = 4096;
+
 constexpr Neighbour allNeighbours[] = {Neighbour::edge, Neighbour::word, Neighbour::other};
 
 } // namespace
@@ -166,7 +173,7 @@ ForwardAutomaton::Entry ForwardAutomaton::Step(Entry row, std::size_t byteClass)
     for (std::size_t i = 0; i < state.itemCount && !accepts; ++i)
         accepts = Follow(m_table.ItemsOf(state)[i], byteClass, state.context, right);
 
-    Entry entry = StateTable::dead | StateTable::special;
+    Entry entry = StateTable::dead | StateTable::special | StateTable::stopping;
     m_wasCleared = !m_found.empty() && m_table.IsFull();
     if (m_wasCleared) {
         m_table.Clear();
@@ -195,8 +202,9 @@ void ForwardAutomaton::PrepareScanner(Entry row, Entry loop)
         return (entry | StateTable::special) == (loop | StateTable::special);
     };
     int looping = 0;
-    for (std::size_t i = 0; i < classCount; ++i)
-        looping += leadsBack(m_table.At(row, i)) ? m_program.classFrequencies[i] : 0;
+    for (unsigned int c = 0; c < 256; ++c)
+        if (leadsBack(m_table.At(row, m_program.classOf[c])))
+            looping += ByteFrequency(static_cast<unsigned char>(c));
     if (looping < worthwhileLoop || m_scanners.size() == maximumScanners)
         return;
     for (std::size_t i = 0; i < classCount; ++i) {
@@ -214,7 +222,7 @@ void ForwardAutomaton::PrepareScanner(Entry row, Entry loop)
         return;
     for (std::size_t i = 0; i < classCount; ++i)
         if (leadsBack(m_table.At(row, i)))
-            m_table.At(row, i) |= StateTable::special;
+            m_table.At(row, i) |= StateTable::special | StateTable::stopping;
     m_table.StateOf(row).scanner = static_cast<signed char>(m_scanners.size());
     m_scanners.push_back(scanner);
 }
@@ -228,6 +236,16 @@ char const* ForwardAutomaton::Run(char const* from, char const* begin, char cons
     unsigned char const* const classOf = m_program.classOf.data();
     char const* matchEnd = nullptr;
     char const* at = from;
+    // Short matches first, with one branch a byte, which is seldom mistaken; a zero byte stops.
+    if (anchored) {
+        Entry entry = rows[row + classOf[Byte(*at)]];
+        for (int i = 0; i < shortMatch && (entry & StateTable::stopping) == 0; ++i) {
+            matchEnd = (entry & StateTable::noted) != 0 ? at : matchEnd;
+            row = entry & StateTable::rowMask;
+            ++at;
+            entry = rows[row + classOf[Byte(*at)]];
+        }
+    }
     for (;;) {
         Entry entry = rows[row + classOf[Byte(*at)]];
         if (static_cast<std::int32_t>(entry) >= 0) {
@@ -381,7 +399,8 @@ BackwardAutomaton::Entry BackwardAutomaton::Step(Entry row, unsigned char c)
     return entry;
 }
 
-char const* BackwardAutomaton::FindBegin(char const* begin, char const* low, char const* matchEnd)
+char const* BackwardAutomaton::FindBegin(char const* begin, char const* low, char const* matchEnd,
+                                         char const*& last)
 {
     Entry row = StartRow(m_program.NeighbourOf(Byte(*matchEnd)));
     bool notes = m_table.StateOf(row).begins != 0;
@@ -390,6 +409,7 @@ char const* BackwardAutomaton::FindBegin(char const* begin, char const* low, cha
         if (notes &&
             (!m_program.looksLeft || (m_table.StateOf(row).begins >> Place(LeftOf(begin, at)) & 1) != 0))
             matchBegin = at;
+        last = at;
         if (at == low)
             break;
         Entry const entry = StepTo(row, Byte(at[-1]));
@@ -401,27 +421,29 @@ char const* BackwardAutomaton::FindBegin(char const* begin, char const* low, cha
     return matchBegin;
 }
 
-/// Notes the states at [low, high), given that at `high`. Their rows stay valid until the table is cleared.
-void BackwardAutomaton::Record(Entry row, char const* low, char const* high)
+BackwardAutomaton::Way BackwardAutomaton::MakeWay(std::uint32_t bounds, InstructionIndex next)
 {
-    auto const length = static_cast<std::size_t>(high - low);
-    if (m_trail.size() < length)
-        m_trail.resize(length);
-    m_mayClear = false;
-    for (std::size_t i = length; i-- > 0;) {
-        row = StepTo(row, Byte(low[i])) & StateTable::rowMask;
-        m_trail[i] = row;
+    Way way;
+    way.next = next;
+    way.isKnown = true;
+    way.bounds.fill(unusedBound);
+    for (unsigned char& bound : way.bounds) {
+        if (bounds == 0)
+            break;
+        bound = static_cast<unsigned char>(__builtin_ctz(bounds));
+        bounds &= bounds - 1;
     }
-    m_mayClear = true;
+    way.more = bounds;
+    return way;
 }
 
 /// The first choice in order of priority that leads to an instruction of the state.
-BackwardAutomaton::Way BackwardAutomaton::FindWay(Entry row, Neighbour left)
+BackwardAutomaton::Way BackwardAutomaton::FindWay(Entry row, InstructionIndex from, Neighbour left)
 {
     StateTable::State const& state = m_table.StateOf(row);
     InstructionIndex const* const items = m_table.ItemsOf(state);
     m_seen.Forget();
-    m_choices.assign(1, {m_at, 0});
+    m_choices.assign(1, {from, 0});
     while (!m_choices.empty()) {
         Choice const choice = m_choices.back();
         m_choices.pop_back();
@@ -433,7 +455,7 @@ BackwardAutomaton::Way BackwardAutomaton::FindWay(Entry row, Neighbour left)
         case Instruction::set:
         case Instruction::accept:
             if (std::binary_search(items, items + state.itemCount, choice.index))
-                return {choice.bounds, instruction.next, true};
+                return MakeWay(choice.bounds, instruction.next);
             break;
         case Instruction::fork:
             m_choices.push_back({instruction.other, choice.bounds});
@@ -451,45 +473,61 @@ BackwardAutomaton::Way BackwardAutomaton::FindWay(Entry row, Neighbour left)
 }
 
 /// One step of the walk, at a position whose state is known.
-void BackwardAutomaton::Walk(Entry row, char const* begin, char const* at, CompiledExpression& slots)
+InstructionIndex BackwardAutomaton::Walk(Entry row, InstructionIndex from, char const* begin, char const* at,
+                                         Bounds& bounds)
 {
     Way way;
     if (m_keepsWays) {
-        std::size_t const count = m_program.instructions.size();
-        std::size_t const place = m_table.NumberOf(row) * count + m_at;
+        std::size_t const place = m_table.NumberOf(row) * m_program.instructions.size() + from;
         if (place >= m_ways.size())
-            m_ways.resize(m_table.StateCount() * count);
+            m_ways.resize(m_table.StateCount() * m_program.instructions.size());
         if (!m_ways[place].isKnown)
-            m_ways[place] = FindWay(row, Neighbour::other);
+            m_ways[place] = FindWay(row, from, Neighbour::other);
         way = m_ways[place];
     } else {
-        way = FindWay(row, LeftOf(begin, at));
+        way = FindWay(row, from, LeftOf(begin, at));
     }
-    for (std::uint32_t bounds = way.bounds; bounds != 0; bounds &= bounds - 1) {
-        int const bound = __builtin_ctz(bounds);
-        ((bound & 1) == 0 ? slots.m_groupStart : slots.m_groupEnd)[bound / 2 + 1] = at;
-    }
-    m_at = way.next;
+    // Without a branch: bounds that a way does not use are written to a place that nobody reads.
+    for (unsigned char const bound : way.bounds)
+        bounds[bound] = at;
+    for (std::uint32_t more = way.more; more != 0; more &= more - 1)
+        bounds[static_cast<std::size_t>(__builtin_ctz(more))] = at;
+    return way.next;
 }
 
-/// A long match is recorded in stretches. Their borders are visited once from right to left, where the items
-/// of each border's state are kept, and then the stretches are walked from left to right.
-void BackwardAutomaton::FindGroups(char const* begin, char const* matchBegin, char const* matchEnd,
-                                   CompiledExpression& slots)
+/// Notes the states at [low, high), given that at `high`, and walks over them from `index`; gives where the
+/// walk stands at `high`.
+InstructionIndex BackwardAutomaton::WalkStretch(Entry row, InstructionIndex index, char const* begin,
+                                                char const* low, char const* high, Bounds& bounds)
 {
-    constexpr std::ptrdiff_t shortestStretch = 4096;
+    auto const length = static_cast<std::size_t>(high - low);
+    if (m_trail.size() < length)
+        m_trail.resize(length);
+    m_mayClear = false; // the rows of the trail stay valid
+    for (std::size_t i = length; i-- > 0;) {
+        row = StepTo(row, Byte(low[i])) & StateTable::rowMask;
+        m_trail[i] = row;
+    }
+    m_mayClear = true;
+    for (std::size_t i = 0; i < length; ++i)
+        index = Walk(m_trail[i], index, begin, low + i, bounds);
+    return index;
+}
+
+/// A long match is walked in stretches. Their borders are visited once from right to left, where the items of
+/// each border's state are kept, and then the stretches are walked from left to right.
+InstructionIndex BackwardAutomaton::WalkInStretches(Entry row, char const* begin, char const* matchBegin,
+                                                    char const* matchEnd, Bounds& bounds)
+{
     std::ptrdiff_t const length = matchEnd - matchBegin;
-    std::ptrdiff_t stretch = shortestStretch;
-    if (length > stretch * stretch)
-        stretch = static_cast<std::ptrdiff_t>(std::sqrt(static_cast<double>(length)));
-    Neighbour const right = m_program.NeighbourOf(Byte(*matchEnd));
+    auto const root = static_cast<std::ptrdiff_t>(std::sqrt(static_cast<double>(length)));
+    std::ptrdiff_t const stretch = std::max(shortestStretch, root);
     struct Border
     {
         std::vector<InstructionIndex> items;
         Neighbour context;
     };
-    std::vector<Border> borders(static_cast<std::size_t>((length - (length > 0)) / stretch));
-    Entry row = StartRow(right);
+    std::vector<Border> borders(static_cast<std::size_t>((length - 1) / stretch));
     for (std::ptrdiff_t at = length; at > stretch;) {
         row = StepTo(row, Byte(matchBegin[--at])) & StateTable::rowMask;
         if (at % stretch == 0) {
@@ -499,23 +537,38 @@ void BackwardAutomaton::FindGroups(char const* begin, char const* matchBegin, ch
                                                                    state.context};
         }
     }
-    m_at = m_program.start;
-    std::size_t border = 0;
-    for (std::ptrdiff_t low = 0; low < length; low += stretch, ++border) {
+    InstructionIndex index = m_program.start;
+    char const* low = matchBegin;
+    for (Border const& border : borders) {
         if (m_table.IsFull())
             Clear();
-        if (border < borders.size()) {
-            m_found = borders[border].items;
-            row = AddState(borders[border].context);
-        } else {
-            row = StartRow(right);
-        }
-        std::ptrdiff_t const high = std::min(low + stretch, length);
-        Record(row, matchBegin + low, matchBegin + high);
-        for (std::ptrdiff_t at = low; at < high; ++at)
-            Walk(m_trail[static_cast<std::size_t>(at - low)], begin, matchBegin + at, slots);
+        m_found = border.items;
+        index = WalkStretch(AddState(border.context), index, begin, low, low + stretch, bounds);
+        low += stretch;
     }
-    Walk(StartRow(right), begin, matchEnd, slots);
+    if (m_table.IsFull())
+        Clear();
+    return WalkStretch(StartRow(m_program.NeighbourOf(Byte(*matchEnd))), index, begin, low, matchEnd, bounds);
+}
+
+void BackwardAutomaton::FindGroups(char const* begin, char const* matchBegin, char const* matchEnd,
+                                   CompiledExpression& slots)
+{
+    Bounds bounds;
+    auto const groupCount = static_cast<std::size_t>(m_program.groupCount);
+    for (std::size_t i = 0; i < 2 * groupCount; ++i)
+        bounds[i] = nullptr;
+    Neighbour const right = m_program.NeighbourOf(Byte(*matchEnd));
+    Entry const row = StartRow(right);
+    InstructionIndex const index =
+        matchEnd - matchBegin <= shortestStretch
+            ? WalkStretch(row, m_program.start, begin, matchBegin, matchEnd, bounds)
+            : WalkInStretches(row, begin, matchBegin, matchEnd, bounds);
+    Walk(StartRow(right), index, begin, matchEnd, bounds);
+    for (std::size_t group = 1; group <= groupCount; ++group) {
+        slots.m_groupStart[group] = bounds[2 * group - 2];
+        slots.m_groupEnd[group] = bounds[2 * group - 1];
+    }
 }
 
 } // namespace Vorlane

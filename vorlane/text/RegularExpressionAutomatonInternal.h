@@ -25,7 +25,8 @@ public:
     static constexpr Entry special = 0x80000000; ///< the next state, or the way to it, needs a closer look
     static constexpr Entry noted = 0x40000000;   ///< a match ends before the byte, or begins before it
     static constexpr Entry unknown = 0xFFFFFFFF;
-    static constexpr Entry rowMask = 0x3FFFFFFF;
+    static constexpr Entry stopping = 0x20000000; ///< the next state is dead, or a scanner takes over
+    static constexpr Entry rowMask = 0x1FFFFFFF;
     static constexpr Entry dead = 0; ///< the row of the state without instructions
 
     static constexpr signed char noScanner = -1;
@@ -128,8 +129,9 @@ class BackwardAutomaton
 public:
     explicit BackwardAutomaton(ExpressionProgram const& program);
 
-    /// The leftmost position in [low, matchEnd] from which a match ends at `matchEnd`, or null.
-    char const* FindBegin(char const* begin, char const* low, char const* matchEnd);
+    /// The leftmost position in [low, matchEnd] from which a match ends at `matchEnd`, or null. `last` is
+    /// where the search found that no other begins further left, or `low`.
+    char const* FindBegin(char const* begin, char const* low, char const* matchEnd, char const*& last);
 
     /// Fills the bounds of the groups for the match [matchBegin, matchEnd).
     void FindGroups(char const* begin, char const* matchBegin, char const* matchEnd,
@@ -149,18 +151,26 @@ private:
     }
     void MarkSources(StateTable::State const& state, Neighbour left);
     Neighbour LeftOf(char const* begin, char const* at) const;
-    void Record(Entry row, char const* low, char const* high);
+    static constexpr std::size_t unusedBound = 2 * (groupSlots - 1);
+    using Bounds = std::array<char const*, unusedBound + 1>;
 
-    /// What a walk does at one position: the bounds that it passes there, as bits, and the instruction that
-    /// stands behind the character.
+    /// What a walk does at one position: the bounds that it passes there, and the instruction that stands
+    /// behind the character.
     struct Way
     {
-        std::uint32_t bounds = 0;
+        std::array<unsigned char, 4> bounds{};
+        std::uint32_t more = 0; ///< bounds beyond those four, as bits
         InstructionIndex next = 0;
         bool isKnown = false;
     };
-    void Walk(Entry row, char const* begin, char const* at, CompiledExpression& slots);
-    Way FindWay(Entry row, Neighbour left);
+    InstructionIndex Walk(Entry row, InstructionIndex from, char const* begin, char const* at,
+                          Bounds& bounds);
+    InstructionIndex WalkStretch(Entry row, InstructionIndex index, char const* begin, char const* low,
+                                 char const* high, Bounds& bounds);
+    InstructionIndex WalkInStretches(Entry row, char const* begin, char const* matchBegin,
+                                     char const* matchEnd, Bounds& bounds);
+    Way FindWay(Entry row, InstructionIndex from, Neighbour left);
+    static Way MakeWay(std::uint32_t bounds, InstructionIndex next);
 
     struct Choice
     {
@@ -183,7 +193,6 @@ private:
     bool m_keepsWays;           ///< whether m_ways is in use: small programs that do not look left
     std::vector<Way> m_ways;    ///< for each state and each instruction
     std::vector<Choice> m_choices;
-    InstructionIndex m_at = 0; ///< where the walk stands
 };
 
 } // namespace Vorlane

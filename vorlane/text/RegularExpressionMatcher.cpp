@@ -34,8 +34,15 @@ constexpr std::size_t longText = 64;
 constexpr std::ptrdiff_t vainBytes = 2;
 constexpr std::ptrdiff_t vainBytesAtFirst = 64;
 
+bool IsLong(char const* at, char const* end)
+{
+    return static_cast<std::size_t>(end - at) >= longText;
+}
+
+constexpr int firstBranch = 1;
+
 /// The longest literal on the chain of nodes from `node`, groups that have just one branch included; among
-/// those of equal length the first.
+/// those of equal length the last.
 void FindRequired(unsigned char const* code, int node, char const*& longest, std::size_t& longestLength)
 {
     while (node != 0) {
@@ -43,7 +50,7 @@ void FindRequired(unsigned char const* code, int node, char const*& longest, std
         if (code[literalNode] == OpExactly) {
             char const* const literal = reinterpret_cast<char const*>(code + literalNode + nodeHeaderLength);
             std::size_t const length = std::strlen(literal);
-            if (length > longestLength) {
+            if (length >= longestLength) {
                 longest = literal;
                 longestLength = length;
             }
@@ -57,11 +64,37 @@ void FindRequired(unsigned char const* code, int node, char const*& longest, std
 
 } // namespace
 
-ExpressionSearch::ExpressionSearch(CompiledExpression const& compiled)
-    : m_program(compiled), m_forward(m_program), m_backward(m_program)
+ExpressionSearch::ExpressionSearch(CompiledExpression const& compiled) : m_program(compiled)
 {
-    FindLiterals(compiled);
-    ChooseSkip();
+    Reach reach(m_program);
+    AddReach(m_program, m_program.start, reach);
+    m_mayBeEmpty = reach.accepts;
+    if (m_mayBeEmpty)
+        m_begins.Invert();
+    else
+        m_begins = BytesOf(m_program, reach);
+
+    unsigned char const* const code = compiled.Code();
+    if (code[NextNode(code, firstBranch)] != OpBranch) {
+        int last = firstBranch + nodeHeaderLength;
+        for (int node = last; code[node] != OpEnd; node = NextNode(code, node))
+            last = node;
+        m_endsText = code[last] == OpEndText;
+    }
+}
+
+ForwardAutomaton& ExpressionSearch::Forward()
+{
+    if (m_forward == nullptr)
+        m_forward = std::make_unique<ForwardAutomaton>(m_program);
+    return *m_forward;
+}
+
+BackwardAutomaton& ExpressionSearch::Backward()
+{
+    if (m_backward == nullptr)
+        m_backward = std::make_unique<BackwardAutomaton>(m_program);
+    return *m_backward;
 }
 
 void ExpressionSearch::FindLiterals(CompiledExpression const& compiled)
@@ -83,87 +116,81 @@ void ExpressionSearch::FindLiterals(CompiledExpression const& compiled)
     m_prefix = LiteralFinder(prefix.data(), prefix.size());
 
     unsigned char const* const code = compiled.Code();
-    int const firstBranch = 1;
     if (code[NextNode(code, firstBranch)] == OpBranch)
         return;
     char const* required = nullptr;
     std::size_t length = 0;
     FindRequired(code, firstBranch + nodeHeaderLength, required, length);
-    if (length > prefix.size())
+    if (length >= prefix.size() && prefix.compare(0, prefix.size(), required, length) != 0)
         m_required = LiteralFinder(required, length);
 }
 
-void ExpressionSearch::ChooseSkip()
+void ExpressionSearch::PrepareForLongTexts(CompiledExpression const& compiled)
 {
     // In usual text a set that is rarer than this is found quicker by itself than by three bytes.
     constexpr int rareSet = 600;
-    Reach reach(m_program);
-    AddReach(m_program, m_program.start, reach);
-    ByteSet begins = BytesOf(m_program, reach);
+    FindLiterals(compiled);
+    ByteSet beginsOrEnd = m_begins;
+    beginsOrEnd.Add(0);
     int frequency = 0;
-    for (unsigned int c = 0; c < 256; ++c) {
-        m_begins[c] = reach.accepts || begins.Has(static_cast<unsigned char>(c));
-        frequency += m_begins[c] ? ByteFrequency(static_cast<unsigned char>(c)) : 0;
-    }
-    begins.Add(0);
-    if (reach.accepts)
+    for (unsigned int c = 0; c < 256; ++c)
+        if (m_begins.Has(static_cast<unsigned char>(c)))
+            frequency += ByteFrequency(static_cast<unsigned char>(c));
+    if (m_mayBeEmpty)
         m_skip = Skip::none;
     else if (m_prefix.Length() > 0)
         m_skip = Skip::literal;
-    else if (frequency <= rareSet && m_intervals.Prepare(begins))
+    else if (frequency <= rareSet && m_intervals.Prepare(beginsOrEnd))
         m_skip = Skip::intervals;
     else if (m_filter.Prepare(m_program))
         m_skip = Skip::prefix;
+    else
+        m_skip = Skip::none;
 }
 
 /// The next position from `at` on where a match can begin, or null. A zero byte on the way may be overlooked.
 char const* ExpressionSearch::NextCandidate(char const* at, char const* end, bool& gaveUp) const
 {
-    switch (m_skip) {
-    case Skip::literal:
+    bool const isLong = IsLong(at, end);
+    if (isLong && m_skip == Skip::literal)
         return m_prefix.Find(at, end, gaveUp);
-    case Skip::intervals:
+    if (isLong && m_skip == Skip::intervals)
         at = m_intervals.Find(at, end);
-        break;
-    case Skip::prefix:
+    else if (isLong && m_skip == Skip::prefix)
         at = m_filter.Find(at, end);
-        break;
-    default:
-        while (!m_begins[static_cast<unsigned char>(*at)] && *at != 0)
-            ++at;
-    }
-    return m_begins[static_cast<unsigned char>(*at)] ? at : nullptr;
+    while (!m_begins.Has(static_cast<unsigned char>(*at)) && *at != 0)
+        ++at;
+    return m_begins.Has(static_cast<unsigned char>(*at)) ? at : nullptr;
 }
 
 bool ExpressionSearch::FindAnywhere(char const* text, char const* from, char const* end, Span& match)
 {
     char const* last = nullptr;
-    match.end = m_forward.Run(from, text, end, false, last);
+    match.end = Forward().Run(from, text, end, false, last);
     if (match.end == nullptr)
         return false;
-    match.begin = m_backward.FindBegin(text, from, match.end);
+    match.begin = Backward().FindBegin(text, from, match.end, last);
     return true;
 }
 
 bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, Span& match)
 {
-    bool const mayOverlookZero = m_skip == Skip::literal || m_skip == Skip::prefix;
     std::ptrdiff_t vain = -vainBytesAtFirst;
     char const* at = text;
     for (;;) {
         bool gaveUp = false;
         char const* const candidate = anchored ? at : NextCandidate(at, end, gaveUp);
         if (candidate == nullptr ||
-            (mayOverlookZero && std::memchr(at, 0, static_cast<std::size_t>(candidate - at)) != nullptr))
+            (candidate != at && std::memchr(at, 0, static_cast<std::size_t>(candidate - at)) != nullptr))
             return false;
         if (gaveUp)
             return FindAnywhere(text, candidate, end, match);
-        if (m_isLiteral) {
+        if (m_isLiteral && IsLong(at, end)) {
             match = {candidate, candidate + m_prefix.Length()};
             return true;
         }
         char const* last = nullptr;
-        match = {candidate, m_forward.Run(candidate, text, end, true, last)};
+        match = {candidate, Forward().Run(candidate, text, end, true, last)};
         if (match.end != nullptr)
             return true;
         if (anchored || *candidate == 0)
@@ -175,21 +202,38 @@ bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, Sp
     }
 }
 
+/// Whether the last characters of a text show that no match ends there.
+bool ExpressionSearch::EndsInVain(char const* text, char const* end)
+{
+    constexpr std::ptrdiff_t look = 256;
+    char const* const low = end - std::min(look, end - text);
+    char const* last = nullptr;
+    return Backward().FindBegin(text, low, end, last) == nullptr && last > low;
+}
+
 bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::size_t length)
 {
-    char const* const end = text + length;
-    if (length >= longText && m_required.Length() > 0) {
-        bool gaveUp = false;
-        if (m_required.Find(text, end, gaveUp) == nullptr)
-            return false;
-    }
+    char const* end = text + length;
     Span match;
+    if (length >= longText) {
+        if (m_skip == Skip::undecided)
+            PrepareForLongTexts(compiled);
+        bool gaveUp = false;
+        if (m_required.Length() > 0 && m_required.Find(text, end, gaveUp) == nullptr)
+            return false;
+        if (m_endsText) {
+            if (void const* const zero = std::memchr(text, 0, length))
+                end = static_cast<char const*>(zero);
+            if (EndsInVain(text, end))
+                return false;
+        }
+    }
     if (!Find(text, end, compiled.m_anchored, match))
         return false;
     compiled.m_groupStart[0] = match.begin;
     compiled.m_groupEnd[0] = match.end;
-    if (m_program.hasGroups && match.end > match.begin)
-        m_backward.FindGroups(text, match.begin, match.end, compiled);
+    if (m_program.groupCount > 0 && match.end > match.begin)
+        Backward().FindGroups(text, match.begin, match.end, compiled);
     return true;
 }
 

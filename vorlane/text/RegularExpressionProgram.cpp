@@ -4,6 +4,7 @@
 
 #include "vorlane/text/RegularExpressionProgramInternal.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace Vorlane {
@@ -84,6 +85,17 @@ void ByteSet::Invert()
         word = ~word;
 }
 
+ByteSet ByteSet::Borders() const
+{
+    ByteSet borders;
+    std::uint64_t carry = m_words[0] & 1; // byte 0 has no predecessor
+    for (std::size_t i = 0; i < m_words.size(); ++i) {
+        borders.m_words[i] = m_words[i] ^ (m_words[i] << 1 | carry);
+        carry = m_words[i] >> 63;
+    }
+    return borders;
+}
+
 bool ExpressionProgram::Holds(Instruction::Kind kind, Neighbour left, Neighbour right)
 {
     switch (kind) {
@@ -144,6 +156,7 @@ void ExpressionProgram::Emit(CompiledExpression const& compiled)
     };
 
     instructions.reserve(static_cast<std::size_t>(count));
+    sets.reserve(8);
     ByteSet all;
     all.Invert();
     all.Remove(0);
@@ -209,7 +222,7 @@ void ExpressionProgram::Emit(CompiledExpression const& compiled)
             break;
         }
         default: {
-            hasGroups = true;
+            groupCount += opcode > OpClose;
             int const bound = opcode > OpClose ? 2 * (opcode - OpClose - 1) + 1 : 2 * (opcode - OpOpen - 1);
             instructions.push_back({Instruction::mark, static_cast<unsigned char>(bound), next, 0});
             break;
@@ -219,35 +232,36 @@ void ExpressionProgram::Emit(CompiledExpression const& compiled)
 }
 
 /// Bytes fall into one class if no character, no set and no test of word characters parts their neighbours;
-/// the classes are intervals, so one pass over the marks of their borders numbers them.
+/// the classes are intervals.
 void ExpressionProgram::SortIntoClasses()
 {
-    std::array<bool, 257> border{};
-    border[0] = border[1] = true;
+    ByteSet borders; // the bytes that begin a class
     auto const interval = [&](unsigned char low, unsigned char high) {
-        border[low] = true;
-        border[high + 1u] = true;
+        borders.Add(low);
+        if (high < 255)
+            borders.Add(static_cast<unsigned char>(high + 1));
     };
+    interval(0, 0);
     for (Instruction const& instruction : instructions)
         if (instruction.kind == Instruction::character)
             interval(instruction.operand, instruction.operand);
     for (ByteSet const& members : sets)
-        for (unsigned int c = 1; c < 256; ++c)
-            if (members.Has(static_cast<unsigned char>(c)) != members.Has(static_cast<unsigned char>(c - 1)))
-                border[c] = true;
+        borders.AddAll(members.Borders());
     if (looksLeft || looksRight) {
         interval('0', '9');
         interval('A', 'Z');
         interval('_', '_');
         interval('a', 'z');
     }
-    for (unsigned int c = 0; c < 256; ++c) {
-        if (border[c]) {
-            representatives.push_back(static_cast<unsigned char>(c));
-            classFrequencies.push_back(0);
-        }
-        classFrequencies.back() += ByteFrequency(static_cast<unsigned char>(c));
-        classOf[c] = static_cast<unsigned char>(representatives.size() - 1);
+    representatives.reserve(32);
+    for (unsigned int word = 0; word < 4; ++word)
+        for (std::uint64_t bits = borders.Words()[word]; bits != 0; bits &= bits - 1)
+            representatives.push_back(
+                static_cast<unsigned char>(64 * word + static_cast<unsigned int>(__builtin_ctzll(bits))));
+    for (std::size_t i = 0; i < representatives.size(); ++i) {
+        std::size_t const end = i + 1 < representatives.size() ? representatives[i + 1] : classOf.size();
+        std::fill(classOf.begin() + representatives[i], classOf.begin() + static_cast<std::ptrdiff_t>(end),
+                  static_cast<unsigned char>(i));
     }
 }
 

@@ -24,7 +24,11 @@ public:
     void Remove(unsigned char c) { m_words[c >> 6] &= ~(std::uint64_t(1) << (c & 63)); }
     void AddAll(ByteSet const& other);
     void Invert();
-    bool IsEmpty() const { return (m_words[0] | m_words[1] | m_words[2] | m_words[3]) == 0; }
+
+    /// The bytes, but for 0, that are members where their predecessor is not, or the other way round.
+    ByteSet Borders() const;
+
+    std::array<std::uint64_t, 4> const& Words() const { return m_words; }
 
 private:
     std::array<std::uint64_t, 4> m_words{};
@@ -92,14 +96,13 @@ struct ExpressionProgram
     std::vector<Instruction> instructions;
     std::vector<ByteSet> sets;
     InstructionIndex start = 0;
-    bool hasGroups = false;
+    int groupCount = 0;
     bool looksLeft = false;  ///< some instruction tests what stands before a position
     bool looksRight = false; ///< or behind it
 
     /// The class of each byte. Class 0 is the zero byte, the end of the text, alone.
     std::array<unsigned char, 256> classOf{};
-    std::vector<unsigned char> representatives; ///< one byte of each class
-    std::vector<int> classFrequencies;          ///< the sums of their ByteFrequency
+    std::vector<unsigned char> representatives; ///< the first byte of each class
 
 private:
     void Emit(CompiledExpression const& compiled);

@@ -6,6 +6,9 @@
 /// one search to the next. Not to be used from two threads at once.
 
 #include "vorlane/text/RegularExpressionAutomatonInternal.h"
+#include "vorlane/text/RegularExpressionScannersInternal.h"
+
+#include <memory>
 
 namespace Vorlane {
 
@@ -20,6 +23,7 @@ public:
 private:
     enum class Skip : unsigned char
     {
+        undecided,
         none,
         literal,
         intervals,
@@ -32,20 +36,28 @@ private:
         char const* end = nullptr;
     };
 
+    void PrepareForLongTexts(CompiledExpression const& compiled);
     void FindLiterals(CompiledExpression const& compiled);
-    void ChooseSkip();
     char const* NextCandidate(char const* at, char const* end, bool& gaveUp) const;
     bool Find(char const* text, char const* end, bool anchored, Span& match);
     bool FindAnywhere(char const* text, char const* from, char const* end, Span& match);
+    bool EndsInVain(char const* text, char const* end);
+    ForwardAutomaton& Forward();
+    BackwardAutomaton& Backward();
 
     ExpressionProgram m_program;
-    ForwardAutomaton m_forward;
-    BackwardAutomaton m_backward;
-    LiteralFinder m_prefix;   ///< the literal that each match begins with
-    LiteralFinder m_required; ///< a literal in each match
+    ByteSet m_begins; ///< the bytes that a match can begin with; all where it can be empty
+    bool m_mayBeEmpty = false;
+    bool m_endsText = false; ///< each match ends with the text
+    // The automata are made by the first search that needs them.
+    std::unique_ptr<ForwardAutomaton> m_forward;
+    std::unique_ptr<BackwardAutomaton> m_backward;
+
+    // Prepared by the first search of a long text.
+    Skip m_skip = Skip::undecided;
     bool m_isLiteral = false; ///< the expression is m_prefix and no more
-    bool m_begins[256] = {};  ///< the bytes that a match can begin with; all where it can be empty
-    Skip m_skip = Skip::none;
+    LiteralFinder m_prefix;   ///< the literal that each match begins with
+    LiteralFinder m_required; ///< another literal in each match
     IntervalScanner m_intervals;
     PrefixFilter m_filter;
 };
