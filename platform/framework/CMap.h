@@ -29,7 +29,7 @@ using POSITION = CPositionTag*;
 VORLANE_PLATFORM_EXPORT unsigned int AfxHashText(char const* text) noexcept;
 
 /// The hash of a key: for a number or an address its low 32 bits shifted right by 4, unsigned; for a text
-/// AfxHashText. May be specialised for other keys.
+/// AfxHashText. May be specialised for keys of other kinds.
 template <class ARG_KEY>
 unsigned int HashKey(ARG_KEY key)
 {
@@ -72,7 +72,7 @@ public:
     /// nothing.
     bool Lookup(ARG_KEY key, VALUE& value) const
     {
-        CAssoc const* const entry = Find(key, HashKey<ARG_KEY>(key));
+        CAssoc const* const entry = Find(key, HashOf(key));
         if (entry == nullptr) {
             return false;
         }
@@ -83,7 +83,7 @@ public:
     /// The value of `key`, inserted as `VALUE()` where the key is new.
     VALUE& operator[](ARG_KEY key)
     {
-        unsigned int const hash = HashKey<ARG_KEY>(key);
+        unsigned int const hash = HashOf(key);
         CAssoc* const entry = Find(key, hash);
         return entry != nullptr ? entry->value : Insert(hash, key)->value;
     }
@@ -91,7 +91,7 @@ public:
     /// Sets the value of `key`, inserted where it is new.
     void SetAt(ARG_KEY key, ARG_VALUE value)
     {
-        unsigned int const hash = HashKey<ARG_KEY>(key);
+        unsigned int const hash = HashOf(key);
         CAssoc* const entry = Find(key, hash);
         if (entry != nullptr) {
             entry->value = value;
@@ -175,10 +175,22 @@ private:
         return nullptr;
     }
 
-    CAssoc* Find(ARG_KEY key, unsigned int hash) const;
+    /// How keys are handed on inside: never by value, which for a text would count one more owner.
+    using KeyReference = std::remove_reference_t<ARG_KEY> const&;
+
+    static unsigned int HashOf(KeyReference key)
+    {
+        if constexpr (std::is_convertible_v<KeyReference, char const*>) {
+            return AfxHashText(key);
+        } else {
+            return HashKey<ARG_KEY>(key);
+        }
+    }
+
+    CAssoc* Find(KeyReference key, unsigned int hash) const;
 
     template <class... Value>
-    CAssoc* Insert(unsigned int hash, ARG_KEY key, Value&&... value);
+    CAssoc* Insert(unsigned int hash, KeyReference key, Value&&... value);
 
     void AllocateTable();
     void ExtendIndex();
@@ -205,7 +217,7 @@ private:
 };
 
 template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
-auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Find(ARG_KEY key, unsigned int hash) const -> CAssoc*
+auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Find(KeyReference key, unsigned int hash) const -> CAssoc*
 {
     if (m_count == 0) {
         return nullptr;
@@ -226,7 +238,8 @@ auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Find(ARG_KEY key, unsigned int hash) 
 
 template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
 template <class... Value>
-auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Insert(unsigned int hash, ARG_KEY key, Value&&... value) -> CAssoc*
+auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Insert(unsigned int hash, KeyReference key, Value&&... value)
+    -> CAssoc*
 {
     if (m_count == INT_MAX) {
         AfxThrowMemoryException();

@@ -316,7 +316,7 @@ TEST(CArchiveTest, ElementsGoAsOneBlockAfterTheirCount)
     truths.Serialize(Loading({3, 0, 0, 1, 0x80}).Archive());
     EXPECT_EQ(Stored([&](CArchive& archive) { truths.Serialize(archive); }), (Bytes{3, 0, 0, 1, 1}));
     EXPECT_THROW(SerializeElements<int>(Loading({1}).Archive(), nullptr, 1), CInvalidArgException);
-    CArray<std::string, std::string const&> noForm;
+    CArray<std::vector<int>, std::vector<int> const&> noForm;
     noForm.SetSize(1, -1);
     EXPECT_THROW(Stored([&](CArchive& archive) { noForm.Serialize(archive); }), CInvalidArgException);
 }
