@@ -181,8 +181,12 @@ std::vector<Ligand> FindLigands(Structure const& structure, std::size_t centre, 
             within.push_back({atom, distance});
         }
     }
+    // As they are printed, so that equal distances stay in the order of the file.
+    auto const shown = [](Ligand const& ligand) {
+        return std::round(ligand.distance * 1000.0);
+    };
     std::stable_sort(within.begin(), within.end(),
-                     [](Ligand const& a, Ligand const& b) { return a.distance < b.distance; });
+                     [&](Ligand const& a, Ligand const& b) { return shown(a) < shown(b); });
     if (options.cutoff || options.allContacts) {
         return within;
     }

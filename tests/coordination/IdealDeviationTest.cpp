@@ -37,14 +37,16 @@ CoordinationGeometryType const measured[] = {
 std::vector<Point3d> IdealLigands(CoordinationGeometryType type)
 {
     PointArray points;
-    if (type == ss4tbpy5) {
-        double const pi = std::acos(-1.0);
-        SS4GeometryConstraint const equatorial(2.0 * pi / 3.0);
-        GetCoordinates(seeSaw, points, &equatorial);
-    } else {
-        GetCoordinates(type, points, nullptr);
-    }
+    SS4GeometryConstraint const equatorial(2.0 * std::acos(-1.0) / 3.0);
+    GetCoordinates(type == ss4tbpy5 ? seeSaw : type, points, type == ss4tbpy5 ? &equatorial : nullptr);
     return {points.begin() + 1, points.end()};
+}
+
+PointArray Points(std::vector<Point3d> const& points)
+{
+    PointArray array;
+    std::for_each(points.begin(), points.end(), [&](Point3d const& point) { array.push_back(point); });
+    return array;
 }
 
 double Cosine(Point3d const& a, Point3d const& b)
@@ -52,29 +54,34 @@ double Cosine(Point3d const& a, Point3d const& b)
     return a.x * b.x + a.y * b.y + a.z * b.z;
 }
 
+Labelling Identity(std::size_t size)
+{
+    Labelling labelling(size);
+    std::iota(labelling.begin(), labelling.end(), 0u);
+    return labelling;
+}
+
 /// The measure of one labelling, straight from its definition.
-double Cost(std::vector<Point3d> const& ideal, PointArray const& ligands, Labelling const& ligandOnSite)
+double Cost(std::vector<Point3d> const& ideal, std::vector<Point3d> const& ligands,
+            Labelling const& ligandOnSite)
 {
     double cost = 0.0;
     for (std::size_t s = 0; s < ideal.size(); ++s) {
         for (std::size_t t = 0; t < s; ++t) {
-            double const difference = Cosine(ligands[static_cast<long>(ligandOnSite[s])],
-                                             ligands[static_cast<long>(ligandOnSite[t])]) -
-                                      Cosine(ideal[s], ideal[t]);
-            cost += difference * difference;
+            double const measuredCosine = Cosine(ligands[ligandOnSite[s]], ligands[ligandOnSite[t]]);
+            cost += std::pow(measuredCosine - Cosine(ideal[s], ideal[t]), 2);
         }
     }
     return cost;
 }
 
-double BruteForce(std::vector<Point3d> const& ideal, PointArray const& ligands)
+double BruteForce(std::vector<Point3d> const& ideal, std::vector<Point3d> const& ligands)
 {
-    Labelling labelling(ideal.size());
-    std::iota(labelling.begin(), labelling.end(), 0u);
-    double best = std::numeric_limits<double>::infinity();
-    do {
+    Labelling labelling = Identity(ideal.size());
+    double best = Cost(ideal, ligands, labelling);
+    while (std::next_permutation(labelling.begin(), labelling.end())) {
         best = std::min(best, Cost(ideal, ligands, labelling));
-    } while (std::next_permutation(labelling.begin(), labelling.end()));
+    }
     return best;
 }
 
@@ -82,47 +89,28 @@ double BruteForce(std::vector<Point3d> const& ideal, PointArray const& ligands)
 Labelling Read(IntArray const& assignment, CoordinationGeometryType type)
 {
     std::size_t const size = static_cast<std::size_t>(assignment.GetSize());
-    Labelling labelling(size, size);
+    Labelling labelling(size);
+    Labelling seen;
     for (std::size_t k = 0; k < size; ++k) {
         std::size_t const other = static_cast<std::size_t>(assignment.GetAt(static_cast<int>(k)) - 1);
-        if (other >= size) {
-            return {};
-        }
-        if (type == trigonalPrismatic || type == trigonalAntiprismatic) {
-            labelling[other] = k;
-        } else {
-            labelling[k] = other;
-        }
+        seen.push_back(other);
+        bool const siteOfLigand = type == trigonalPrismatic || type == trigonalAntiprismatic;
+        labelling[siteOfLigand ? std::min(other, size - 1) : k] = siteOfLigand ? k : other;
     }
-    std::vector<bool> seen(size + 1);
-    for (std::size_t ligand : labelling) {
-        seen[ligand] = true;
-    }
-    return std::count(seen.begin(), seen.end() - 1, true) == static_cast<long>(size) ? labelling
-                                                                                     : Labelling();
-}
-
-PointArray Points(std::vector<Point3d> const& points)
-{
-    PointArray array;
-    for (Point3d const& point : points) {
-        array.push_back(point);
-    }
-    return array;
+    std::sort(seen.begin(), seen.end());
+    return seen == Identity(size) ? labelling : Labelling();
 }
 
 /// The deviation, after a look at its row: the row must give it under its meaning.
-double CheckedDeviation(std::vector<Point3d> const& ideal, PointArray const& ligands,
+double CheckedDeviation(std::vector<Point3d> const& ideal, std::vector<Point3d> const& ligands,
                         CoordinationGeometryType type)
 {
     IntArray assignment(2, 0);
-    double const deviation = DeviationFromIdealCoordinationGeometry(ligands, type, assignment);
+    double const deviation = DeviationFromIdealCoordinationGeometry(Points(ligands), type, assignment);
     Labelling const labelling = Read(assignment, type);
     EXPECT_EQ(labelling.size(), ideal.size());
-    if (labelling.size() == ideal.size()) {
-        EXPECT_NEAR(Cost(ideal, ligands, labelling), deviation, 1e-12);
-    }
-    EXPECT_EQ(DeviationFromIdealCoordinationGeometry(ligands, type), deviation);
+    EXPECT_NEAR(labelling.empty() ? -1.0 : Cost(ideal, ligands, labelling), deviation, 1e-12);
+    EXPECT_EQ(DeviationFromIdealCoordinationGeometry(Points(ligands), type), deviation);
     EXPECT_GE(deviation, 0.0);
     return deviation;
 }
@@ -139,13 +127,11 @@ TEST(IdealDeviationTest, IdealSitesInAnyOrderFitPerfectly)
     for (CoordinationGeometryType type : measured) {
         SCOPED_TRACE(type);
         std::vector<Point3d> const ideal = IdealLigands(type);
-        Labelling order(ideal.size());
-        std::iota(order.begin(), order.end(), 0u);
+        Labelling order = Identity(ideal.size());
         do {
-            PointArray ligands;
-            for (std::size_t site : order) {
-                ligands.push_back(ideal[site]);
-            }
+            std::vector<Point3d> ligands;
+            std::for_each(order.begin(), order.end(),
+                          [&](std::size_t site) { ligands.push_back(ideal[site]); });
             ASSERT_LE(CheckedDeviation(ideal, ligands, type), 1e-12) << testing::PrintToString(order);
         } while (std::next_permutation(order.begin(), order.end()));
     }
@@ -159,12 +145,9 @@ TEST(IdealDeviationTest, RandomEnvironmentsGiveTheMinimumOverAllPermutations)
         SCOPED_TRACE(type);
         std::vector<Point3d> const ideal = IdealLigands(type);
         for (int round = 0; round < 100; ++round) {
-            PointArray ligands;
-            while (ligands.size() < ideal.size()) {
-                Point3d point(engine.Real(-1, 1), engine.Real(-1, 1), engine.Real(-1, 1));
-                if (point.Length() > 0.1) {
-                    ligands.push_back(point.Normalize());
-                }
+            std::vector<Point3d> ligands(ideal.size());
+            for (Point3d& ligand : ligands) {
+                ligand = Point3d(engine.Real(-1, 1), engine.Real(-1, 1), engine.Real(-1, 1)).Normalize();
             }
             ASSERT_NEAR(CheckedDeviation(ideal, ligands, type), BruteForce(ideal, ligands), 1e-12);
         }
@@ -174,35 +157,31 @@ TEST(IdealDeviationTest, RandomEnvironmentsGiveTheMinimumOverAllPermutations)
 TEST(IdealDeviationTest, AmongEqualCostsTheFirstRowStands)
 {
     double const h = std::sqrt(3.0) / 2.0;
-    PointArray const star = Points({{1, 0, 0}, {-0.5, h, 0}, {-0.5, -h, 0}});
-    PointArray const tee = Points({{1, 0, 0}, {0, 1, 0}, {-1, 0, 0}});
-    PointArray const square = Points({{1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {-1, 0, 0}});
-    PointArray const nothing = Points(std::vector<Point3d>(6));
+    std::vector<Point3d> const star = {{1, 0, 0}, {-0.5, h, 0}, {-0.5, -h, 0}};
+    std::vector<Point3d> const nothing(6);
     struct Row
     {
-        PointArray const& ligands;
+        std::vector<Point3d> ligands;
         CoordinationGeometryType type;
         double deviation;
         std::vector<int> assignment;
     };
     Row const rows[] = {
         {star, tShaped, 0.75, {1, 2, 3}},
-        {tee, tShaped, 0.0, {1, 3, 2}},
         {star, trigonalPyramidal, 1.0 / 12.0, {1, 2, 3}},
+        {{{1, 0, 0}, {0, 1, 0}, {-1, 0, 0}}, tShaped, 0.0, {1, 3, 2}},
+        // One of the labellings with ligands 1 and 4 on the sites 1 and 3.
+        {{{1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {-1, 0, 0}}, squarePlanar, 0.0, {1, 2, 4, 3}},
         {nothing, octahedral, 3.0, {1, 2, 3, 4, 5, 6}},
         {nothing, trigonalPrismatic, 3.0, {1, 2, 3, 4, 5, 6}},
     };
     for (Row const& row : rows) {
         IntArray assignment;
-        EXPECT_NEAR(DeviationFromIdealCoordinationGeometry(row.ligands, row.type, assignment), row.deviation,
-                    1e-15);
+        double const deviation =
+            DeviationFromIdealCoordinationGeometry(Points(row.ligands), row.type, assignment);
+        EXPECT_NEAR(deviation, row.deviation, 1e-15);
         EXPECT_EQ(Entries(assignment), row.assignment);
     }
-    // The square's second labelling has ligands 1 and 4 on the sites 1 and 3.
-    IntArray assignment;
-    EXPECT_EQ(DeviationFromIdealCoordinationGeometry(square, squarePlanar, assignment), 0.0);
-    EXPECT_EQ(assignment[0] + assignment[2], 5);
-    EXPECT_EQ(assignment[0] * assignment[2], 4);
 }
 
 TEST(IdealDeviationTest, WithoutAMeasureOrTheRightNumberOfPointsTheAnswerIsMinusOne)
@@ -210,17 +189,16 @@ TEST(IdealDeviationTest, WithoutAMeasureOrTheRightNumberOfPointsTheAnswerIsMinus
     for (int number = -1; number <= 31; ++number) {
         auto const type = static_cast<CoordinationGeometryType>(number);
         bool const hasMeasure = std::count(std::begin(measured), std::end(measured), type) != 0;
-        for (std::size_t points = 0; points <= 10; ++points) {
-            if (hasMeasure && static_cast<int>(points) == GetCoordinationNumber(type)) {
-                continue;
+        for (int count = 0; count <= 10; ++count) {
+            if (!hasMeasure || count != GetCoordinationNumber(type)) {
+                IntArray assignment(2, 1);
+                assignment[1] = 42;
+                PointArray points;
+                points.resize(static_cast<unsigned int>(count), Point3d(1, 0, 0));
+                EXPECT_EQ(DeviationFromIdealCoordinationGeometry(points, type, assignment), -1.0)
+                    << number << count;
+                EXPECT_EQ(Entries(assignment), (std::vector<int>{0, 42}));
             }
-            IntArray assignment(2, 1);
-            assignment[1] = 42;
-            EXPECT_EQ(DeviationFromIdealCoordinationGeometry(Points(std::vector<Point3d>(points, {1, 0, 0})),
-                                                             type, assignment),
-                      -1.0)
-                << number << " with " << points;
-            EXPECT_EQ(Entries(assignment), (std::vector<int>{0, 42}));
         }
     }
 }

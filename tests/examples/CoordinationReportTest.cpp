@@ -188,11 +188,11 @@ TEST(CoordinationReportTest, TheReportNamesCentreGeometriesAndSites)
     EXPECT_EQ(Report("'" + structures + "cr_co_5.xyz'").out, R"(cr_co_5.xyz, 11 atoms
   pentacarbonylchromium Cr(CO)5 (square pyramidal)
   Cr1: coordination number 5
-    ligands    C4 1.835, C6 1.910, C8 1.910, C10 1.910, C3 1.910
+    ligands    C4 1.835, C3 1.910, C6 1.910, C8 1.910, C10 1.910
     deviation  geometry
      0.000229  squarePlanarPyramidal     spy5
      0.765071  trigonalBipyramidal       tbpy5
-    sites of squarePlanarPyramidal: 1 C4, 2 C6, 3 C8, 4 C3, 5 C10
+    sites of squarePlanarPyramidal: 1 C4, 2 C3, 3 C8, 4 C6, 5 C10
 
 )");
     Outcome const all = Report("--tsv --all-centres --centre zn '" + structures + "zns_wurtzite.xyz'");
