@@ -18,6 +18,9 @@ namespace {
 
 fs::path const root = VORLANE_SOURCE_DIR;
 
+/// The file that may look up: it fixes the order of the objects built at load, wherever they belong.
+char const* const loadTimeObjects = "vorlane/foundation/LoadTimeObjects.cpp";
+
 struct SourceFile
 {
     std::string path; ///< from the root
@@ -152,7 +155,8 @@ TEST(ProjectRulesTest, IncludesKeepToTheWalls)
             EXPECT_TRUE(fs::exists(root / included) || fs::exists(root / (included + ".in")))
                 << file.path << " includes " << included;
             bool const internal = included.find("Internal.h") != std::string::npos;
-            EXPECT_TRUE(!internal || FolderOf(file.path) == FolderOf(included))
+            EXPECT_TRUE(!internal || FolderOf(file.path) == FolderOf(included) ||
+                        file.path == loadTimeObjects)
                 << file.path << " includes " << included << ", which is internal to its folder";
         }
     }
@@ -164,7 +168,7 @@ TEST(ProjectRulesTest, SubsystemsFormNoCircle)
 {
     std::vector<std::pair<std::string, std::string>> arrows;
     for (SourceFile const& file : SourcesBelow({"vorlane"})) {
-        if (file.path == "vorlane/VorlaneCore.h" || file.path == "vorlane/foundation/LoadTimeObjects.cpp") {
+        if (file.path == "vorlane/VorlaneCore.h" || file.path == loadTimeObjects) {
             continue;
         }
         for (std::string const& included : IncludesOf(file)) {

@@ -10,9 +10,9 @@ namespace Vorlane {
 using Orrin::LegacyArray;
 using Spatia::Point3d;
 
-// The basis cache of all objects.
+// The basis cache of all objects. Its array of parameters is built among the load-time objects of the
+// library.
 double Spline::m_matrix[4][4] = {};
-DoubleArray Spline::m_alpha;
 Spline::SplineType Spline::m_oldType = Spline::Beta;
 bool Spline::m_recalcMatrix = true;
 

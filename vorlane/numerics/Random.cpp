@@ -15,8 +15,6 @@ unsigned long To32Bits(unsigned long value)
 
 } // namespace
 
-RandomInteger defaultGenerator;
-
 RandomInteger::RandomInteger(unsigned long seed) : m_firstSeed(To32Bits(seed)), m_nextSeed(m_firstSeed) {}
 
 RandomInteger::~RandomInteger() = default;

@@ -4,10 +4,6 @@
 
 namespace Vorlane {
 
-// The load-time objects of this file; the table is built first, and so outlives `null`.
-UniqueStringTable UniqueString::m_table;
-CString const UniqueStringTable::null;
-
 namespace {
 
 constexpr int mapBlockSize = 101;
