@@ -21,6 +21,7 @@
 #include <cmath>
 #include <cstddef>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace Vorlane {
@@ -57,6 +58,11 @@ private:
     std::unique_ptr<T[]> m_heap;
     T m_inline[inlineSize];
 };
+
+// The functions below take the dimension as `int` or as a constant: for the matrices of the best fits, of 3
+// and 4 rows, the compiler unrolls them.
+template <int value>
+using Constant = std::integral_constant<int, value>;
 
 /// Adds factors[0] · rows[0], factors[1] · rows[1] and so on to `sums`, one after the other, in `columns`
 /// columns from `firstColumn` on.
@@ -160,7 +166,8 @@ void AccumulateReflection(double** a, int i)
 
 /// Reduces the symmetric matrix `a` to tridiagonal form with the diagonal `d` and the subdiagonal `e`, where
 /// e[i] links rows i - 1 and i and e[0] is 0. `a` becomes the orthogonal matrix of the reduction.
-void ReduceToTridiagonal(double** a, int n, double* d, double* e)
+template <typename Dimension>
+void ReduceToTridiagonal(double** a, Dimension n, double* d, double* e)
 {
     // Zeros of different sign count as symmetric. The lower triangle is the one to work on.
     for (int i = 1; i < n; ++i) {
@@ -187,7 +194,8 @@ void ReduceToTridiagonal(double** a, int n, double* d, double* e)
 }
 
 /// The first row from `l` on whose subdiagonal element is negligible beside its diagonal neighbours.
-int FindSplit(double const* d, double const* e, int l, int n)
+template <typename Dimension>
+int FindSplit(double const* d, double const* e, int l, Dimension n)
 {
     for (int m = l; m < n - 1; ++m) {
         double const dd = std::fabs(d[m]) + std::fabs(d[m + 1]);
@@ -199,7 +207,8 @@ int FindSplit(double const* d, double const* e, int l, int n)
 }
 
 /// Turns the vectors `lower` and `upper` in their plane.
-void RotatePair(double* lower, double* upper, int n, double c, double s)
+template <typename Dimension>
+void RotatePair(double* lower, double* upper, Dimension n, double c, double s)
 {
     for (int k = 0; k < n; ++k) {
         double const f = upper[k];
@@ -210,7 +219,8 @@ void RotatePair(double* lower, double* upper, int n, double c, double s)
 
 /// One sweep with an implicit shift over the rows `l` to `m` of the tridiagonal form; row j of `z` is the
 /// vector that belongs to d[j].
-void SweepImplicitly(double* d, double* e, int l, int m, double** z, int n)
+template <typename Dimension>
+void SweepImplicitly(double* d, double* e, int l, int m, double** z, Dimension n)
 {
     double g = (d[l + 1] - d[l]) / (e[l] + e[l]);
     double r = std::sqrt(1.0 + g * g);
@@ -219,21 +229,19 @@ void SweepImplicitly(double* d, double* e, int l, int m, double** z, int n)
     double c = 1.0;
     double p = 0.0;
     for (int i = m - 1; i >= l; --i) {
-        double f = s * e[i];
+        // The rotation that takes (g, f) to one axis, by the quotient that is at most 1; without a branch,
+        // since nothing would predict it.
+        double const f = s * e[i];
         double const b = c * e[i];
-        if (std::fabs(f) >= std::fabs(g)) {
-            c = g / f;
-            r = std::sqrt(1.0 + c * c);
-            e[i + 1] = f * r;
-            s = 1.0 / r;
-            c = c * s;
-        } else {
-            s = f / g;
-            r = std::sqrt(1.0 + s * s);
-            e[i + 1] = g * r;
-            c = 1.0 / r;
-            s = s * c;
-        }
+        bool const isSteep = std::fabs(f) >= std::fabs(g);
+        double const longSide = isSteep ? f : g;
+        double const quotient = (isSteep ? g : f) / longSide;
+        r = std::sqrt(1.0 + quotient * quotient);
+        e[i + 1] = longSide * r;
+        double const longPart = 1.0 / r;
+        double const shortPart = quotient * longPart;
+        s = isSteep ? longPart : shortPart;
+        c = isSteep ? shortPart : longPart;
         g = d[i + 1] - p;
         r = (d[i] - g) * s + 2.0 * c * b;
         p = s * r;
@@ -248,7 +256,8 @@ void SweepImplicitly(double* d, double* e, int l, int m, double** z, int n)
 
 /// Sweeps until the subdiagonal element below row `l` is negligible; d[l] is then an eigenvalue. False if
 /// that takes too many sweeps. If both sides of a rotation are 0 it becomes NaN, and that ends here too.
-bool IsolateEigenvalue(double* d, double* e, int l, double** z, int n)
+template <typename Dimension>
+bool IsolateEigenvalue(double* d, double* e, int l, double** z, Dimension n)
 {
     int m = FindSplit(d, e, l, n);
     for (int sweeps = 0; m != l; ++sweeps) {
@@ -264,7 +273,8 @@ bool IsolateEigenvalue(double* d, double* e, int l, double** z, int n)
 /// Finds the eigenvalues of the tridiagonal form and leaves them, unsorted, in `d`; `z` enters as the matrix
 /// of the reduction and leaves with the eigenvector of d[k] in column k. Gives 0, or -1 if the limit of
 /// sweeps was reached.
-int DiagonalizeTridiagonal(double* d, double* e, int n, double** z)
+template <typename Dimension>
+int DiagonalizeTridiagonal(double* d, double* e, Dimension n, double** z)
 {
     for (int i = 1; i < n; ++i) {
         e[i - 1] = e[i];
@@ -277,6 +287,14 @@ int DiagonalizeTridiagonal(double* d, double* e, int n, double** z)
     }
     EigenSolver::Transpose(z, n);
     return l == n ? 0 : -1;
+}
+
+template <typename Dimension>
+bool Solve(double** rows, Dimension n, double* eigenvalues)
+{
+    Scratch<double> subdiagonal(n);
+    ReduceToTridiagonal(rows, n, eigenvalues, subdiagonal);
+    return DiagonalizeTridiagonal(eigenvalues, subdiagonal, n, rows) == 0;
 }
 
 struct IndexedEigenvalue
@@ -350,9 +368,14 @@ void Transpose(double** rows, int dimension)
 
 bool SolveSymmetric(double** rows, int dimension, double* eigenvalues)
 {
-    Scratch<double> subdiagonal(dimension);
-    ReduceToTridiagonal(rows, dimension, eigenvalues, subdiagonal);
-    return DiagonalizeTridiagonal(eigenvalues, subdiagonal, dimension, rows) == 0;
+    switch (dimension) {
+    case 3:
+        return Solve(rows, Constant<3>(), eigenvalues);
+    case 4:
+        return Solve(rows, Constant<4>(), eigenvalues);
+    default:
+        return Solve(rows, dimension, eigenvalues);
+    }
 }
 
 void SortColumns(double** rows, int dimension, double* values, QuadraticMatrix::EigenvalueSortOrder order)

@@ -14,30 +14,48 @@ namespace {
 
 using PointArray = Orrin::LegacyArray<Point3d>;
 
-/// The eigensystem by way of storage on the stack; the bits are those of QuadraticMatrix.
-template <int dimension, typename Matrix>
-void GetEigensystem(Matrix const& matrix, double* vectors, double* values)
+/// The eigenvectors, as columns, and the eigenvalues of a small matrix, with the bits of QuadraticMatrix but
+/// on the stack and in no order. A matrix that is not symmetric gives the identity and zeros.
+template <int dimension>
+struct Eigensystem
 {
     double elements[dimension][dimension];
     double* rows[dimension];
-    for (int row = 0; row < dimension; ++row) {
-        rows[row] = elements[row];
-        for (int column = 0; column < dimension; ++column) {
-            elements[row][column] = matrix(row, column);
-        }
-    }
-    if (!EigenSolver::IsSymmetric(rows, dimension)) {
+    double values[dimension] = {};
+    bool isComplete; ///< whether the iteration came to its end
+
+    template <typename Matrix>
+    explicit Eigensystem(Matrix const& matrix)
+    {
         for (int row = 0; row < dimension; ++row) {
-            std::fill_n(elements[row], dimension, 0.0);
-            elements[row][row] = 1.0;
-            values[row] = 0.0;
+            rows[row] = elements[row];
+            for (int column = 0; column < dimension; ++column) {
+                elements[row][column] = matrix(row, column);
+            }
         }
-    } else if (EigenSolver::SolveSymmetric(rows, dimension, values)) {
-        EigenSolver::SortColumns(rows, dimension, values, QuadraticMatrix::Descending);
+        if (EigenSolver::IsSymmetric(rows, dimension)) {
+            isComplete = EigenSolver::SolveSymmetric(rows, dimension, values);
+        } else {
+            isComplete = true;
+            for (int row = 0; row < dimension; ++row) {
+                std::fill_n(elements[row], dimension, 0.0);
+                elements[row][row] = 1.0;
+            }
+        }
     }
+};
+
+template <int dimension, typename Matrix>
+void GetEigensystem(Matrix const& matrix, double* vectors, double* values)
+{
+    Eigensystem<dimension> system(matrix);
+    if (system.isComplete) {
+        EigenSolver::SortColumns(system.rows, dimension, system.values, QuadraticMatrix::Descending);
+    }
+    std::copy_n(system.values, dimension, values);
     for (int row = 0; row < dimension; ++row) {
         for (int column = 0; column < dimension; ++column) {
-            vectors[row * dimension + column] = elements[column][row];
+            vectors[row * dimension + column] = system.elements[column][row];
         }
     }
 }
@@ -55,28 +73,34 @@ bool ArePaired(PointArray const& first, PointArray const& second)
     return first.size() == second.size() && first.size() != 0;
 }
 
-/// Builds the matrix of two paired sets around their centroids, which are found on the way.
+/// Builds Horn's matrix of two paired sets around their centroids, which are found on the way. Each element
+/// of the matrix sums its own term over the pairs in their order.
 void BuildQuaternionMatrix(PointArray const& first, PointArray const& second, Point3d& firstCentroid,
                            Point3d& secondCentroid, Matrix4x4& matrix)
 {
-    firstCentroid = FindCentroid(first);
-    secondCentroid = FindCentroid(second);
     Point3d const* const a = first.GetData();
     Point3d const* const b = second.GetData();
     long const count = first.GetSize();
-    double sums[10] = {};
+    // A sum waits for its own last addition: side by side the two centroids take the time of one. What the
+    // loops work on is local, or compilers would fear that the outputs lie among the points.
+    Point3d c1 = Point3d::origin;
+    Point3d c2 = Point3d::origin;
     for (long i = 0; i < count; ++i) {
-        Point3d const p = a[i] - firstCentroid;
-        Point3d const q = b[i] - secondCentroid;
-        double const xx = p.x * q.x;
-        double const xy = p.x * q.y;
-        double const xz = p.x * q.z;
-        double const yx = p.y * q.x;
-        double const yy = p.y * q.y;
-        double const yz = p.y * q.z;
-        double const zx = p.z * q.x;
-        double const zy = p.z * q.y;
-        double const zz = p.z * q.z;
+        c1 = c1 + a[i];
+        c2 = c2 + b[i];
+    }
+    c1 /= static_cast<double>(count);
+    c2 /= static_cast<double>(count);
+    firstCentroid = c1;
+    secondCentroid = c2;
+
+    double sums[10] = {}; // the upper triangle, row after row
+    for (long i = 0; i < count; ++i) {
+        Point3d const p = a[i] - c1;
+        Point3d const q = b[i] - c2;
+        double const xx = p.x * q.x, xy = p.x * q.y, xz = p.x * q.z;
+        double const yx = p.y * q.x, yy = p.y * q.y, yz = p.y * q.z;
+        double const zx = p.z * q.x, zy = p.z * q.y, zz = p.z * q.z;
         sums[0] += xx + yy + zz;
         sums[1] += yz - zy;
         sums[2] += zx - xz;
@@ -91,8 +115,7 @@ void BuildQuaternionMatrix(PointArray const& first, PointArray const& second, Po
     double const* sum = sums;
     for (int row = 0; row < 4; ++row) {
         for (int column = row; column < 4; ++column) {
-            matrix(row, column) = *sum++;
-            matrix(column, row) = matrix(row, column);
+            matrix(row, column) = matrix(column, row) = *sum++;
         }
     }
 }
@@ -233,10 +256,13 @@ void GetEigensystem4x4(Matrix4x4 const& matrix, double* vectors, double* values)
 
 void FindRotation(Matrix4x4 const& matrix, Matrix3x3& rotation)
 {
-    double vectors[16];
-    double values[4];
-    GetEigensystem4x4(matrix, vectors, values);
-    rotation = RotationOf(vectors);
+    // The first of the largest is the one that sorting would bring to the front.
+    Eigensystem<4> const system(matrix);
+    auto const best =
+        system.isComplete ? std::max_element(system.values, system.values + 4) - system.values : 0;
+    double const quaternion[] = {system.elements[0][best], system.elements[1][best], system.elements[2][best],
+                                 system.elements[3][best]};
+    rotation = RotationOf(quaternion);
 }
 
 void FindAllRotations(Matrix4x4 const& matrix, double* values, Matrix3x3* rotations)
