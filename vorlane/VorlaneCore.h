@@ -22,6 +22,8 @@
 #include "vorlane/numerics/RMSBestFitTools.h"
 #include "vorlane/numerics/Random.h"
 #include "vorlane/numerics/Rational.h"
+#include "vorlane/persistence/ArchiveForm.h"
+#include "vorlane/persistence/PrimitiveSerializers.h"
 #include "vorlane/spatial/NeighborList.h"
 #include "vorlane/text/Font.h"
 #include "vorlane/text/Pattern.h"

@@ -23,7 +23,8 @@ Point3d OutwardNormal(Point3d const& a, Point3d const& b, Point3d const& c, Poin
     if (Dot(normal, opposite - a) > 0.0) {
         normal = -1.0 * normal;
     }
-    return normal.Normalize();
+    // The sum turns a zero with a sign into a plain one.
+    return normal.Normalize() + Point3d::zero;
 }
 
 int CheckedFace(int face)

@@ -1,0 +1,217 @@
+#ifndef VORLANE_PERSISTENCE_ENTRYRUNSINTERNAL_H
+#define VORLANE_PERSISTENCE_ENTRYRUNSINTERNAL_H
+
+/// \file
+/// Moves runs of small entries of one size, such as the vertices of a mesh, a block at a time.
+///
+/// The fields of an entry are written into a block on the stack, or read from it, with no test between them;
+/// the archive moves the block as a whole. The bytes are those of one field after the other.
+
+#include "vorlane/foundation/FrameworkSurface.h"
+#include "vorlane/persistence/SchemaInternal.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace Vorlane {
+namespace Fields {
+
+/// The room in which a run moves. A long run gets twice the archive's usual buffer, so that its blocks go to
+/// the file, or come from it, without a stop in that buffer; a short run stays on the stack.
+class RunBlock
+{
+public:
+    explicit RunBlock(std::size_t runBytes, std::size_t entryBytes)
+    {
+        std::size_t const size =
+            runBytes <= sizeof(m_short) ? sizeof(m_short) : std::min(runBytes, longBytes);
+        if (size > sizeof(m_short)) {
+            m_long = AfxWithMemoryException(
+                [&] { return std::unique_ptr<unsigned char[]>(new unsigned char[size]); });
+        }
+        m_entries = size / entryBytes;
+    }
+
+    unsigned char* Bytes() { return m_long ? m_long.get() : m_short; }
+
+    /// The whole entries that it holds.
+    std::size_t Entries() const { return m_entries; }
+
+private:
+    static constexpr std::size_t longBytes = 131072;
+
+    unsigned char m_short[1024];
+    std::unique_ptr<unsigned char[]> m_long;
+    std::size_t m_entries;
+};
+
+/// The unsigned integer of as many bytes as `Value`.
+template <typename Value>
+using BitsOf = std::conditional_t<sizeof(Value) == 8, std::uint64_t, std::uint32_t>;
+
+/// Stands in for a storing archive: fields go to consecutive bytes of a block. The width of points is a part
+/// of the type, so that it is asked once a run and not once a point.
+template <bool point3dIsDouble>
+class BlockWriter
+{
+public:
+    explicit BlockWriter(unsigned char* block) : m_next(block) {}
+
+    static constexpr bool IsStoring() { return true; }
+
+    template <typename Value>
+    void Number(Value& value)
+    {
+        BitsOf<Value> bits;
+        static_assert(sizeof(bits) == sizeof(value));
+        std::memcpy(&bits, &value, sizeof(bits));
+        unsigned char* const next = m_next; // a byte might alias the member, which would then be loaded anew
+        PutBytes(next, bits, std::make_index_sequence<sizeof(bits)>());
+        m_next = next + sizeof(bits);
+    }
+
+    unsigned char const* Next() const { return m_next; }
+
+private:
+    template <typename Bits, std::size_t... index>
+    static void PutBytes(unsigned char* bytes, Bits bits, std::index_sequence<index...>)
+    {
+        ((bytes[index] = static_cast<unsigned char>(bits >> (8 * index))), ...);
+    }
+
+    unsigned char* m_next;
+};
+
+/// Stands in for a loading archive: fields come from consecutive bytes of a block.
+template <bool point3dIsDouble>
+class BlockReader
+{
+public:
+    explicit BlockReader(unsigned char const* block) : m_next(block) {}
+
+    static constexpr bool IsStoring() { return false; }
+
+    template <typename Value>
+    void Number(Value& value)
+    {
+        using Bits = BitsOf<Value>;
+        static_assert(sizeof(Bits) == sizeof(value));
+        Bits const bits = GetBytes<Bits>(m_next, std::make_index_sequence<sizeof(Bits)>());
+        std::memcpy(&value, &bits, sizeof(bits));
+        m_next += sizeof(bits);
+    }
+
+    unsigned char const* Next() const { return m_next; }
+
+private:
+    template <typename Bits, std::size_t... index>
+    static Bits GetBytes(unsigned char const* bytes, std::index_sequence<index...>)
+    {
+        return (... | (static_cast<Bits>(bytes[index]) << (8 * index)));
+    }
+
+    unsigned char const* m_next;
+};
+
+/// What FieldsInternal.h asks of an archive, for the blocks.
+template <bool point3dIsDouble, typename Value>
+void Number(BlockWriter<point3dIsDouble>& block, Value& value)
+{
+    block.Number(value);
+}
+
+template <bool point3dIsDouble, typename Value>
+void Number(BlockReader<point3dIsDouble>& block, Value& value)
+{
+    block.Number(value);
+}
+
+template <bool point3dIsDouble>
+constexpr bool HasDoublePoint3d(BlockWriter<point3dIsDouble> const&)
+{
+    return point3dIsDouble;
+}
+
+template <bool point3dIsDouble>
+constexpr bool HasDoublePoint3d(BlockReader<point3dIsDouble> const&)
+{
+    return point3dIsDouble;
+}
+
+template <typename Block, typename StoreEntry>
+void StoreBlocks(CArchive& ar, std::size_t count, std::size_t entryBytes, StoreEntry storeEntry)
+{
+    RunBlock run(count * entryBytes, entryBytes);
+    for (std::size_t done = 0; done < count;) {
+        std::size_t const end = done + std::min(run.Entries(), count - done);
+        std::size_t const size = (end - done) * entryBytes;
+        Block block(run.Bytes());
+        for (; done < end; ++done) {
+            storeEntry(block, done);
+        }
+        assert(block.Next() == run.Bytes() + size);
+        ar.Write(run.Bytes(), static_cast<unsigned int>(size));
+    }
+}
+
+/// Stores `count` entries of `entryBytes` bytes; `storeEntry(block, index)` puts one into a BlockWriter.
+template <typename StoreEntry>
+void StoreRun(CArchive& ar, std::size_t count, std::size_t entryBytes, StoreEntry storeEntry)
+{
+    if (Point3dIsDouble(ar.m_nObjectSchema)) {
+        StoreBlocks<BlockWriter<true>>(ar, count, entryBytes, storeEntry);
+    } else {
+        StoreBlocks<BlockWriter<false>>(ar, count, entryBytes, storeEntry);
+    }
+}
+
+/// Raises the exception of an archive that has ended: the one that an extraction raises, with the file's
+/// name.
+[[noreturn]] inline void RaiseEndOfFile(CArchive& ar)
+{
+    unsigned char missing = 0;
+    ar >> missing;
+    AfxThrowArchiveException(CArchiveException::endOfFile, nullptr); // a pipe that got new bytes just now
+}
+
+template <typename Block, typename LoadEntry>
+void LoadBlocks(CArchive& ar, std::size_t begin, std::size_t end, std::size_t entryBytes, LoadEntry loadEntry)
+{
+    RunBlock run((end - begin) * entryBytes, entryBytes);
+    while (begin < end) {
+        std::size_t const size = std::min(run.Entries(), end - begin) * entryBytes;
+        std::size_t const present = ar.Read(run.Bytes(), static_cast<unsigned int>(size));
+        Block block(run.Bytes());
+        for (std::size_t left = present / entryBytes; left > 0; --left) {
+            loadEntry(block, begin);
+            ++begin;
+        }
+        if (present < size) {
+            RaiseEndOfFile(ar);
+        }
+    }
+}
+
+/// Loads the entries from `begin` to `end`, without it; `loadEntry(block, index)` gets one from a
+/// BlockReader. Where the archive ends early, the entries that it holds whole are loaded before the exception
+/// is raised.
+template <typename LoadEntry>
+void LoadRun(CArchive& ar, std::size_t begin, std::size_t end, std::size_t entryBytes, LoadEntry loadEntry)
+{
+    if (Point3dIsDouble(ar.m_nObjectSchema)) {
+        LoadBlocks<BlockReader<true>>(ar, begin, end, entryBytes, loadEntry);
+    } else {
+        LoadBlocks<BlockReader<false>>(ar, begin, end, entryBytes, loadEntry);
+    }
+}
+
+} // namespace Fields
+} // namespace Vorlane
+
+#endif

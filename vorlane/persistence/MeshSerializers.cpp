@@ -1,0 +1,162 @@
+// Triangle meshes and volumes.
+
+#include "vorlane/colour/NamedColorArrays.h"
+#include "vorlane/foundation/CountedEntries.h"
+#include "vorlane/persistence/EntryRunsInternal.h"
+#include "vorlane/persistence/FieldsInternal.h"
+#include "vorlane/persistence/PrimitiveSerializers.h"
+#include "vorlane/persistence/SchemaInternal.h"
+#include "vorlane/persistence/VertexFieldsInternal.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+using namespace Lumora;
+
+namespace Vorlane {
+
+namespace {
+
+template <typename Archive>
+void TriangleIndexFields(Archive& ar, TriangleIndex& triangle)
+{
+    Fields::Number(ar, triangle.first);
+    Fields::Number(ar, triangle.second);
+    Fields::Number(ar, triangle.third);
+}
+
+constexpr std::size_t triangleIndexBytes = 12;
+
+/// A list of a mesh: the number of entries as an int32, then the entries, each of `entryBytes` bytes.
+///
+/// \param stored the number of entries to store
+/// \param entryAt gives the entry to store at an index
+/// \param loaded takes the entries of a load, at its end
+/// \param entryFields moves the fields of one entry through an archive or a block
+template <typename Entry, typename EntryAt, typename EntryFields>
+void SerializeList(CArchive& ar, std::int32_t stored, EntryAt entryAt, std::vector<Entry>& loaded,
+                   std::size_t entryBytes, EntryFields entryFields)
+{
+    std::int32_t count = stored;
+    Fields::Int32(ar, count);
+    std::size_t const entries = CheckedEntryCount(static_cast<std::uint32_t>(count), loaded.max_size());
+    if (ar.IsStoring()) {
+        Fields::StoreRun(ar, entries, entryBytes, [&](auto& block, std::size_t index) {
+            Entry entry = entryAt(static_cast<int>(index));
+            entryFields(block, entry);
+        });
+        return;
+    }
+    AfxWithMemoryException([&] {
+        loaded.reserve(EntriesToTakeAhead(ar, entries, entryBytes, sizeof(Entry)));
+        Fields::LoadRun(ar, 0, entries, entryBytes, [&](auto& block, std::size_t) {
+            Entry entry;
+            entryFields(block, entry);
+            loaded.push_back(entry);
+        });
+    });
+}
+
+} // namespace
+
+void Serialize(CArchive& ar, TriangleIndex& triangle)
+{
+    TriangleIndexFields(ar, triangle);
+}
+
+void Serialize(CArchive& ar, TriangleMeshPrimitive& mesh)
+{
+    Serialize(ar, static_cast<LitPrimitive&>(mesh));
+    std::vector<TriangleIndex> triangles;
+    std::vector<VertexNormal> vertices;
+    SerializeList(
+        ar, mesh.GetNumTriangles(), [&](int index) { return mesh.GetTriangleAt(index); }, triangles,
+        triangleIndexBytes,
+        [](auto& block, TriangleIndex& triangle) { TriangleIndexFields(block, triangle); });
+    SerializeList(
+        ar, mesh.GetNumVertices(), [&](int index) { return mesh.GetVertexAt(index); }, vertices,
+        Fields::VertexNormalBytes(ar.m_nObjectSchema),
+        [](auto& block, VertexNormal& vertex) { Fields::VertexNormalFields(block, vertex); });
+    if (ar.IsLoading()) {
+        mesh.Set(std::move(vertices), std::move(triangles));
+    }
+    if (StoredOrLoadedFromSigned(ar, 7)) {
+        Fields::Flag(ar, mesh.meshFlag1);
+    }
+    if (StoredOrLoadedFromSigned(ar, 21)) {
+        Fields::Flag(ar, mesh.meshFlag2);
+        SerializeColor(ar, mesh.backSideColor);
+    }
+}
+
+namespace {
+
+/// The colours of a volume: their number as an int32, then each. A load first clears the old ones.
+void SerializeColors(CArchive& ar, Orrin::ColorArray& colors)
+{
+    auto count = static_cast<std::int32_t>(colors.size());
+    Fields::Int32(ar, count);
+    if (ar.IsStoring()) {
+        for (Orrin::Color& color : colors) {
+            SerializeColor(ar, color);
+        }
+        return;
+    }
+    colors.clear();
+    std::size_t const entries = CheckedEntryCount(static_cast<std::uint32_t>(count), UINT32_MAX);
+    colors.reserve(static_cast<unsigned int>(EntriesToTakeAhead(ar, entries, 4, sizeof(Orrin::Color))));
+    for (std::size_t i = 0; i < entries; ++i) {
+        Orrin::Color color;
+        SerializeColor(ar, color);
+        colors.push_back(color);
+    }
+}
+
+/// The transfer function of a volume: the number of entries as an int32, then each as an int32 flag. A load
+/// sets it once all entries are read.
+void SerializeTransferFunction(CArchive& ar, VolumePrimitive& volume)
+{
+    std::vector<bool> const& stored = volume.GetTransferFunction();
+    auto count = static_cast<std::int32_t>(stored.size());
+    Fields::Int32(ar, count);
+    if (ar.IsStoring()) {
+        for (bool entry : stored) {
+            Fields::Flag(ar, entry);
+        }
+        return;
+    }
+    std::vector<bool> loaded;
+    std::size_t const entries = CheckedEntryCount(static_cast<std::uint32_t>(count), loaded.max_size());
+    AfxWithMemoryException([&] {
+        loaded.reserve(EntriesToTakeAhead(ar, entries, 4, 1));
+        for (std::size_t i = 0; i < entries; ++i) {
+            bool entry = false;
+            Fields::Flag(ar, entry);
+            loaded.push_back(entry);
+        }
+    });
+    volume.SetTransferFunction(loaded);
+}
+
+} // namespace
+
+void Serialize(CArchive& ar, VolumePrimitive& volume)
+{
+    using Volume = VolumePrimitive;
+    Serialize(ar, static_cast<GraphicsPrimitive&>(volume));
+    if (ar.IsLoading()) {
+        volume.SetVolume(nullptr);
+    }
+    Fields::Property(ar, Fields::Float, volume, &Volume::GetDataMin, &Volume::SetDataMin);
+    Fields::Property(ar, Fields::Float, volume, &Volume::GetDataMax, &Volume::SetDataMax);
+    Fields::Property(ar, Fields::Float, volume, &Volume::GetDisplayMin, &Volume::SetDisplayMin);
+    Fields::Property(ar, Fields::Float, volume, &Volume::GetDisplayMax, &Volume::SetDisplayMax);
+    Fields::Property(ar, Fields::Flag, volume, &Volume::GetClipOutsideRange, &Volume::SetClipOutsideRange);
+    SerializeColors(ar, volume.GetColors());
+    Fields::Property(ar, Fields::Float, volume, &Volume::GetTransparency, &Volume::SetTransparency);
+    SerializeTransferFunction(ar, volume);
+}
+
+} // namespace Vorlane
