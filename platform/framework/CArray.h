@@ -202,6 +202,14 @@ void CArray<TYPE, ARG_TYPE>::SetAtGrow(int index, ARG_TYPE value)
         m_pData[index] = value;
         return;
     }
+    if constexpr (!std::is_same_v<std::remove_cv_t<std::remove_reference_t<ARG_TYPE>>, TYPE>) {
+        // The value may refer to a part of an element, such as the bytes of a short text.
+        TYPE element{};
+        element = value;
+        SetSize(index + 1, -1);
+        m_pData[index] = std::move(element);
+        return;
+    }
     // The value may be an element, which moves with the storage.
     auto* const address = std::addressof(value);
     std::less<void const*> const isBefore;

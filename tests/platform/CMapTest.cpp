@@ -122,38 +122,35 @@ TEST(CMapTest, IsUnchangedWhenMemoryRunsOut)
     for (int i = 0; i < 100; ++i) {
         keys.push_back("a key that takes memory " + std::to_string(i));
     }
-    int const failures = VorlaneTest::ForEachFailedAllocation(
-        [&] { map.RemoveAll(); },
-        [&] {
-            for (int i = 0; i < 100; ++i) {
-                map[keys[static_cast<std::size_t>(i)].c_str()] = i;
-            }
-        },
-        [&] {
-            int const count = map.GetCount();
-            int seen = 0;
-            for (POSITION position = map.GetStartPosition(); position != nullptr; ++seen) {
-                CString key;
-                int value = 0;
-                map.GetNextAssoc(position, key, value);
-                EXPECT_EQ(key, keys[static_cast<std::size_t>(value)].c_str());
-                EXPECT_LT(value, count);
-            }
-            EXPECT_EQ(seen, count);
-        });
-    EXPECT_GT(failures, 100);
+    auto const fill = [&] {
+        for (std::string const& key : keys) {
+            map.SetAt(key.c_str(), map.GetCount());
+        }
+    };
+    auto const check = [&] {
+        int seen = 0;
+        for (POSITION position = map.GetStartPosition(); position != nullptr; ++seen) {
+            CString key;
+            int value = 0;
+            map.GetNextAssoc(position, key, value);
+            EXPECT_EQ(key, keys[static_cast<std::size_t>(value)].c_str());
+        }
+        EXPECT_EQ(seen, map.GetCount());
+    };
+    EXPECT_GT(VorlaneTest::ForEachFailedAllocation([&] { map.RemoveAll(); }, fill, check), 100);
     EXPECT_EQ(map.GetCount(), 100);
+    check();
 }
 
 TEST(CMapStringToPtrTest, KeepsTextsAndAddresses)
 {
     CMapStringToPtr map(101);
     map.InitHashTable(101, 1);
-    std::vector<int> targets(1000);
-    for (int i = 0; i < 1000; ++i) {
+    int targets[1000];
+    for (int& target : targets) {
         CString key;
-        key.Format("text %d", i);
-        map.SetAt(key, &targets[static_cast<std::size_t>(i)]);
+        key.Format("text %d", static_cast<int>(&target - targets));
+        map.SetAt(key, &target);
     }
     void* found = nullptr;
     EXPECT_TRUE(map.Lookup("text 999", found));
