@@ -21,6 +21,8 @@ constexpr double titleHeight = 44.0;
 constexpr double chartLeft = 348.0;
 constexpr double barWidth = 196.0;
 constexpr double rowHeight = 34.0;
+/// More ligands than a coordination sphere has make no polyhedron worth drawing, and a slow one.
+constexpr std::size_t mostCorners = 24;
 constexpr Colour polyhedronColour = {62, 150, 140};
 
 Scene SceneOf(Structure const& structure, Centre const& centre)
@@ -101,7 +103,7 @@ Point3d AddPolyhedron(Scene& scene, Structure const& structure, Centre const& ce
             corners.push_back(MeanDistance(centre) * site);
         }
         upright = AlignedUpright(best, sites);
-    } else {
+    } else if (centre.ligands.size() <= mostCorners) {
         for (Ligand const& ligand : centre.ligands) {
             corners.push_back(structure.atoms[ligand.atom].position - structure.atoms[centre.atom].position);
         }

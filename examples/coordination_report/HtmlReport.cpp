@@ -90,10 +90,13 @@ std::string Article(Structure const& structure, RankedCentre const& ranked, std:
     if (centre.alike > 0) {
         text += ", " + std::to_string(centre.alike) + " more like it";
     }
-    return text + "</p>\n" + DrawCentre(structure, centre, ranked.ranking, id, false) +
-           Table(structure, ranked) +
-           "<p class=\"faint\">Distances in \u00e5ngstr\u00f6m: " + Escape(LigandText(structure, centre)) +
-           "</p>\n</article>\n";
+    text += "</p>\n" + DrawCentre(structure, centre, ranked.ranking, id, false) + Table(structure, ranked);
+    if (!centre.ligands.empty()) {
+        text +=
+            "<p class=\"faint\">Distances in \u00e5ngstr\u00f6m: " + Escape(LigandText(structure, centre)) +
+            "</p>\n";
+    }
+    return text + "</article>\n";
 }
 
 std::string Section(FileReport const& report, std::string const& id)
