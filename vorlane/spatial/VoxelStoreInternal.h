@@ -67,13 +67,14 @@ public:
         }
     }
 
-    /// Calls `visit(line)` for the lines of `voxel`, oldest points first.
+    /// Calls `visit(line)` for the lines of the voxel with this first line and number of points, oldest
+    /// points first.
     template <typename Visit>
-    void ForEachLine(Voxel const& voxel, Visit&& visit) const
+    void ForEachLine(std::uint32_t firstLine, int count, Visit&& visit) const
     {
-        std::uint32_t const lineCount = (static_cast<std::uint32_t>(voxel.count) + 1) / lanes;
+        std::uint32_t const lineCount = (static_cast<std::uint32_t>(count) + 1) / lanes;
         std::uint32_t visited = 0;
-        for (Line const* chunk = GetLine(voxel.firstLine);;) {
+        for (Line const* chunk = GetLine(firstLine);;) {
             std::uint32_t const size = GetChunkSize(visited);
             std::uint32_t const end = std::min(size, lineCount - visited);
             for (std::uint32_t i = 0; i != end; ++i) {
