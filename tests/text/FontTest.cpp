@@ -1,5 +1,7 @@
 #include "vorlane/text/Font.h"
 
+#include "tests/support/ArchivedBytes.h"
+
 #include "gtest/gtest.h"
 
 using Vorlane::Font;
@@ -42,4 +44,35 @@ TEST(FontTest, SetSizeAloneRefusesSizesBelowOne)
     EXPECT_EQ(font, Font("Times", 7));
     EXPECT_EQ(Font::DefaultFont(), Font("Arial", 12));
     EXPECT_EQ(Font::DefaultBigFont(), Font("Arial", 16));
+}
+
+TEST(FontTest, ArchiveHoldsFaceAndSize)
+{
+    struct
+    {
+        Font font;
+        VorlaneTest::Bytes bytes;
+    } const rows[] = {
+        {Font("Arial", 12), {5, 'A', 'r', 'i', 'a', 'l', 12, 0, 0, 0}},
+        {Font(), {0, 0, 0, 0, 0}},
+        {Font("\xE9", -2), {1, 0xE9, 0xFE, 0xFF, 0xFF, 0xFF}}, // a size that SetSize refuses
+    };
+    for (auto const& row : rows) {
+        Font stored(row.font);
+        auto const serialize = [](Font& font) {
+            return [&font](CArchive& ar) {
+                font.Serialize(ar);
+            };
+        };
+        EXPECT_EQ(VorlaneTest::StoredBytes(VorlaneTest::unsetSchema, serialize(stored)), row.bytes);
+        Font loaded("old", 99);
+        EXPECT_EQ(VorlaneTest::LoadBytes(VorlaneTest::unsetSchema, row.bytes, serialize(loaded)), 0);
+        EXPECT_EQ(loaded, row.font);
+        // Cut off in the size: the face is there already.
+        VorlaneTest::Bytes const cut(row.bytes.begin(), row.bytes.end() - 1);
+        loaded = Font("old", 99);
+        EXPECT_EQ(VorlaneTest::LoadBytes(VorlaneTest::unsetSchema, cut, serialize(loaded)),
+                  CArchiveException::endOfFile);
+        EXPECT_EQ(loaded, Font(row.font.GetFace(), 99));
+    }
 }

@@ -1,5 +1,6 @@
 #include "vorlane/text/StringUtils.h"
 
+#include "tests/support/AllocationFailure.h"
 #include "tests/support/Seed.h"
 
 #include "gtest/gtest.h"
@@ -538,6 +539,21 @@ TEST(StringConversionsTest, DuplicatesGoAndTheFirstOfEachStays)
     strings.SetSize(0, -1);
     StringUtils::RemoveDuplicateStrings(strings);
     EXPECT_EQ(strings.GetSize(), 0);
+}
+
+TEST(StringConversionsTest, ArrayIsKeptWhenMemoryRunsOut)
+{
+    CStringArray strings;
+    int const failures = VorlaneTest::ForEachFailedAllocation(
+        [&] {
+            strings.SetSize(0, -1);
+            for (int i = 0; i < 10; ++i) {
+                strings.SetAtGrow(i, i % 2 == 0 ? "even" : "odd");
+            }
+        },
+        [&] { StringUtils::RemoveDuplicateStrings(strings); }, [&] { EXPECT_EQ(strings.GetSize(), 10); });
+    EXPECT_GT(failures, 3);
+    EXPECT_EQ(strings.GetSize(), 2);
 }
 
 namespace {

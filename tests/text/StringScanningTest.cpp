@@ -1,5 +1,7 @@
 #include "vorlane/text/StringUtils.h"
 
+#include "tests/support/AllocationFailure.h"
+
 #include "gtest/gtest.h"
 
 #include <algorithm>
@@ -425,4 +427,22 @@ TEST(StringScanningTest, AStreamThatIsNotGoodGivesNothing)
     std::istream none(nullptr);
     EXPECT_STREQ(StringUtils::ExtractLine(none), "");
     EXPECT_TRUE(none.bad());
+}
+
+TEST(StringScanningTest, ATextIsKeptWhenMemoryRunsOut)
+{
+    std::string const record = "  a field that needs storage, and a rest that needs storage too";
+    CString text;
+    int const failures = VorlaneTest::ForEachFailedAllocation([&] { text = Text(record); },
+                                                              [&] { StringUtils::Parse(text, ','); },
+                                                              [&] { EXPECT_EQ(Bytes(text), record); });
+    EXPECT_EQ(failures, 1);
+    std::istringstream stream;
+    EXPECT_GT(VorlaneTest::ForEachFailedAllocation(
+                  [&] {
+                      stream.str(std::string(100, 'a'));
+                      stream.clear();
+                  },
+                  [&] { StringUtils::ExtractString(stream); }, [] {}),
+              1);
 }

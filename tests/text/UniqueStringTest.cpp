@@ -1,5 +1,8 @@
 #include "vorlane/text/UniqueString.h"
 
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/ArchivedBytes.h"
+
 #include "gtest/gtest.h"
 
 #include <string>
@@ -56,4 +59,53 @@ TEST(UniqueStringTest, AMillionWordsKeepTheirAddresses)
         ASSERT_EQ(numbers.at(word.StringPtr()), i);
         ASSERT_EQ(std::string(word.String()), std::to_string(i));
     }
+}
+
+TEST(UniqueStringTest, ArchiveHoldsTheTextAlone)
+{
+    using VorlaneTest::Bytes;
+    struct
+    {
+        Bytes bytes;
+        char const* text;
+        Bytes stored;
+    } const rows[] = {
+        {{3, 'a', 'b', 'c'}, "abc", {3, 'a', 'b', 'c'}},
+        {{0}, "", {0}},
+        {{5, 'a', 'b', 'c', 0, 'd'}, "abc", {3, 'a', 'b', 'c'}},
+        {{0xFF, 0xFE, 0xFF, 2, 'a', 0, 0xE9, 0}, "a\xE9", {2, 'a', 0xE9}}, // wide
+    };
+    for (auto const& row : rows) {
+        UniqueString handle("old");
+        auto const serialize = [&](CArchive& ar) {
+            handle.Serialize(ar);
+        };
+        EXPECT_EQ(VorlaneTest::LoadBytes(VorlaneTest::unsetSchema, row.bytes, serialize), 0);
+        EXPECT_EQ(handle.StringPtr(), UniqueString(row.text).StringPtr());
+        EXPECT_EQ(VorlaneTest::StoredBytes(VorlaneTest::unsetSchema, serialize), row.stored);
+        UniqueString const before(handle);
+        EXPECT_EQ(VorlaneTest::LoadBytes(VorlaneTest::unsetSchema, {3, 'a', 'b'}, serialize),
+                  CArchiveException::endOfFile);
+        EXPECT_EQ(handle.StringPtr(), before.StringPtr());
+    }
+}
+
+TEST(UniqueStringTest, AWordThatDoesNotFitInMemoryLeavesNoTrace)
+{
+    UniqueString handle("before");
+    std::string word;
+    int round = 0;
+    int count = 0;
+    int const failures = VorlaneTest::ForEachFailedAllocation(
+        [&] {
+            word = "a word that needs storage of its own " + std::to_string(++round);
+            count = UniqueString::m_table.GetCount();
+        },
+        [&] { handle = word.c_str(); },
+        [&] {
+            EXPECT_STREQ(handle.String(), "before");
+            EXPECT_EQ(UniqueString::m_table.GetCount(), count);
+        });
+    EXPECT_GT(failures, 0);
+    EXPECT_STREQ(handle.String(), word.c_str());
 }

@@ -38,4 +38,15 @@ Font Font::DefaultBigFont()
     return Font("Arial", 16);
 }
 
+void Font::Serialize(CArchive& ar)
+{
+    if (ar.IsStoring()) {
+        ar << m_face;
+        ar << m_size;
+    } else {
+        ar >> m_face;
+        ar >> m_size;
+    }
+}
+
 } // namespace Vorlane

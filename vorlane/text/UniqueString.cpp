@@ -56,6 +56,17 @@ CString const* UniqueStringTable::Find(char const* text) const
     return found ? static_cast<CString const*>(known) : &null;
 }
 
+void UniqueString::Serialize(CArchive& ar)
+{
+    if (ar.IsStoring()) {
+        ar << *m_string;
+    } else {
+        CString text;
+        ar >> text;
+        Add(text);
+    }
+}
+
 void UniqueString::Add(char const* text)
 {
     m_string = m_table.Add(text);
