@@ -80,7 +80,8 @@ Totals ParseLines()
 {
     std::istringstream stream(File());
     Totals totals;
-    for (CString line = StringUtils::ExtractLine(stream); !line.IsEmpty(); line = StringUtils::ExtractLine(stream)) {
+    for (CString line = StringUtils::ExtractLine(stream); !line.IsEmpty();
+         line = StringUtils::ExtractLine(stream)) {
         CString const element = StringUtils::Parse(line);
         double position[3] = {};
         for (double& value : position) {
