@@ -236,20 +236,35 @@ char const* ForwardAutomaton::Run(char const* from, char const* begin, char cons
     unsigned char const* const classOf = m_program.classOf.data();
     char const* matchEnd = nullptr;
     char const* at = from;
+    // The column is added to the rows before the row is known, which takes a step off the chain of loads.
+    auto const entryAt = [&] {
+        return (rows + classOf[Byte(*at)])[row];
+    };
     // Short matches first, with one branch a byte, which is seldom mistaken; a zero byte stops.
     if (anchored) {
-        Entry entry = rows[row + classOf[Byte(*at)]];
+        Entry entry = entryAt();
         for (int i = 0; i < shortMatch && (entry & StateTable::stopping) == 0; ++i) {
             matchEnd = (entry & StateTable::noted) != 0 ? at : matchEnd;
             row = entry & StateTable::rowMask;
             ++at;
-            entry = rows[row + classOf[Byte(*at)]];
+            entry = entryAt();
+        }
+        if ((entry & (StateTable::stopping | StateTable::rowMask)) ==
+            (StateTable::stopping | StateTable::dead)) {
+            last = at;
+            return (entry & StateTable::noted) != 0 ? at : matchEnd;
         }
     }
     for (;;) {
-        Entry entry = rows[row + classOf[Byte(*at)]];
-        if (static_cast<std::int32_t>(entry) >= 0) {
+        Entry entry = entryAt();
+        if ((entry & StateTable::special) == 0) {
             row = entry;
+            ++at;
+            continue;
+        }
+        if ((entry & StateTable::stopping) == 0) {
+            matchEnd = at;
+            row = entry & StateTable::rowMask;
             ++at;
             continue;
         }

@@ -215,7 +215,18 @@ bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::
 {
     char const* end = text + length;
     Span match;
-    if (length >= longText) {
+    compiled.m_groupStart[0] = compiled.m_groupEnd[0] = nullptr;
+    if (m_program.groupCount > 0) { // without groups their slots have never been set
+        std::fill_n(compiled.m_groupStart, groupSlots, nullptr);
+        std::fill_n(compiled.m_groupEnd, groupSlots, nullptr);
+    }
+    if (length < longText) {
+        // The usual case of short texts: a match begins with the text.
+        if (m_forward != nullptr && m_begins.Has(static_cast<unsigned char>(*text))) {
+            char const* last = nullptr;
+            match = {text, m_forward->Run(text, text, end, true, last)};
+        }
+    } else {
         if (m_skip == Skip::undecided)
             PrepareForLongTexts(compiled);
         bool gaveUp = false;
@@ -228,7 +239,7 @@ bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::
                 return false;
         }
     }
-    if (!Find(text, end, compiled.m_anchored, match))
+    if (match.end == nullptr && !Find(text, end, compiled.m_anchored, match))
         return false;
     compiled.m_groupStart[0] = match.begin;
     compiled.m_groupEnd[0] = match.end;
@@ -241,8 +252,6 @@ bool SearchExpression(CompiledExpression* compiled, char const* text, std::size_
 {
     if (compiled == nullptr || text == nullptr || *compiled->Code() != compiledCheckValue)
         return false;
-    std::fill_n(compiled->m_groupStart, groupSlots, nullptr);
-    std::fill_n(compiled->m_groupEnd, groupSlots, nullptr);
     try {
         if (compiled->m_search == nullptr)
             compiled->m_search = new ExpressionSearch(*compiled);

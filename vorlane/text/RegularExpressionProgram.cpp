@@ -167,67 +167,66 @@ void ExpressionProgram::Emit(CompiledExpression const& compiled)
     for (int node = 1; node < compiled.m_codeLength; node += NodeLength(code, node)) {
         if (IsPassage(code, node))
             continue;
-        unsigned char const opcode = code[node];
-        auto const here = static_cast<InstructionIndex>(instructions.size());
-        InstructionIndex const next = opcode == OpEnd ? InstructionIndex(0) : target(NextNode(code, node));
-        auto const test = [&](Instruction::Kind kind) {
-            instructions.push_back({kind, 0, next, 0});
-        };
-        switch (opcode) {
-        case OpEnd:
-            test(Instruction::accept);
-            break;
-        case OpBeginText:
-            looksLeft = true;
-            test(Instruction::beginText);
-            break;
-        case OpEndText:
-            looksRight = true;
-            test(Instruction::endText);
-            break;
-        case OpWordStart:
-            looksLeft = looksRight = true;
-            test(Instruction::wordStart);
-            break;
-        case OpWordEnd:
-            looksRight = true;
-            test(Instruction::wordEnd);
-            break;
-        case OpBranch:
+        InstructionIndex const next =
+            code[node] == OpEnd ? InstructionIndex(0) : target(NextNode(code, node));
+        if (code[node] == OpBranch)
             instructions.push_back({Instruction::fork, 0, target(node + nodeHeaderLength), next});
-            break;
-        case OpStar:
-        case OpPlus: {
-            auto const second = static_cast<InstructionIndex>(here + 1);
-            InstructionIndex const loop = opcode == OpStar ? here : second;
-            InstructionIndex const body = opcode == OpStar ? second : here;
-            Instruction const single = Single(code, node + nodeHeaderLength, loop);
-            instructions.resize(instructions.size() + 2);
-            instructions[loop] = {Instruction::fork, 0, body, next};
-            instructions[body] = single;
-            break;
+        else
+            EmitNode(code, node, next);
+    }
+}
+
+/// The instructions of any node but OpBranch; `next` is that of the node that follows.
+void ExpressionProgram::EmitNode(unsigned char const* code, int node, InstructionIndex next)
+{
+    unsigned char const opcode = code[node];
+    auto const here = static_cast<InstructionIndex>(instructions.size());
+    auto const test = [&](Instruction::Kind kind, bool left, bool right) {
+        looksLeft = looksLeft || left;
+        looksRight = looksRight || right;
+        instructions.push_back({kind, 0, next, 0});
+    };
+    switch (opcode) {
+    case OpEnd:
+        return test(Instruction::accept, false, false);
+    case OpBeginText:
+        return test(Instruction::beginText, true, false);
+    case OpEndText:
+        return test(Instruction::endText, false, true);
+    case OpWordStart:
+        return test(Instruction::wordStart, true, true);
+    case OpWordEnd:
+        return test(Instruction::wordEnd, false, true);
+    case OpAny:
+    case OpAnyOf:
+    case OpAnyBut:
+        return instructions.push_back(Single(code, node, next));
+    case OpStar:
+    case OpPlus: {
+        // The star enters by its fork, the plus by its body.
+        auto const second = static_cast<InstructionIndex>(here + 1);
+        InstructionIndex const loop = opcode == OpStar ? here : second;
+        InstructionIndex const body = opcode == OpStar ? second : here;
+        Instruction const single = Single(code, node + nodeHeaderLength, loop);
+        instructions.resize(instructions.size() + 2);
+        instructions[loop] = {Instruction::fork, 0, body, next};
+        instructions[body] = single;
+        return;
+    }
+    case OpExactly: {
+        int const length = StringLength(code, node);
+        for (int i = 0; i < length; ++i) {
+            auto const following = i + 1 < length ? static_cast<InstructionIndex>(here + i + 1) : next;
+            instructions.push_back({Instruction::character, code[node + nodeHeaderLength + i], following, 0});
         }
-        case OpAny:
-        case OpAnyOf:
-        case OpAnyBut:
-            instructions.push_back(Single(code, node, next));
-            break;
-        case OpExactly: {
-            int const length = StringLength(code, node);
-            for (int i = 0; i < length; ++i) {
-                auto const following = i + 1 < length ? static_cast<InstructionIndex>(here + i + 1) : next;
-                instructions.push_back(
-                    {Instruction::character, code[node + nodeHeaderLength + i], following, 0});
-            }
-            break;
-        }
-        default: {
-            groupCount += opcode > OpClose;
-            int const bound = opcode > OpClose ? 2 * (opcode - OpClose - 1) + 1 : 2 * (opcode - OpOpen - 1);
-            instructions.push_back({Instruction::mark, static_cast<unsigned char>(bound), next, 0});
-            break;
-        }
-        }
+        return;
+    }
+    default: {
+        bool const isClose = opcode > OpClose;
+        groupCount += isClose;
+        int const bound = isClose ? 2 * (opcode - OpClose - 1) + 1 : 2 * (opcode - OpOpen - 1);
+        instructions.push_back({Instruction::mark, static_cast<unsigned char>(bound), next, 0});
+    }
     }
 }
 

@@ -106,6 +106,7 @@ struct ExpressionProgram
 
 private:
     void Emit(CompiledExpression const& compiled);
+    void EmitNode(unsigned char const* code, int node, InstructionIndex next);
     InstructionIndex AddSet(ByteSet const& members);
     Instruction Single(unsigned char const* code, int node, InstructionIndex next);
     void SortIntoClasses();
