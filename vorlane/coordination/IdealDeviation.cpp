@@ -27,11 +27,12 @@ constexpr std::size_t PairIndex(int first, int second)
 
 using PairCosines = std::array<double, maximumPairs>;
 
-/// The dot products of every two of the first `count` points, in the order of PairIndex.
-inline void ComputePairCosines(Spatia::Point3d const* points, int count, PairCosines& cosines)
+/// The dot products of every two points, in the order of PairIndex.
+template <int LIGANDS>
+void ComputePairCosines(Spatia::Point3d const* points, PairCosines& cosines)
 {
     std::size_t pair = 0;
-    for (int i = 1; i < count; ++i) {
+    for (int i = 1; i < LIGANDS; ++i) {
         for (int j = 0; j < i; ++j) {
             cosines[pair++] =
                 points[i].x * points[j].x + points[i].y * points[j].y + points[i].z * points[j].z;
@@ -240,7 +241,7 @@ BestLabelling FindBestLabelling(Spatia::Point3d const* points)
 {
     constexpr std::size_t candidates = measure.rows.size();
     PairCosines cosines;
-    ComputePairCosines(points, measure.ligands, cosines);
+    ComputePairCosines<measure.ligands>(points, cosines);
     double common = 0.0;
     for (std::size_t pair = 0; pair < PairIndex(measure.ligands, 0); ++pair) {
         common += cosines[pair] * cosines[pair];
@@ -261,57 +262,38 @@ BestLabelling FindBestLabelling(Spatia::Point3d const* points)
     return {bestCost < 0.0 ? 0.0 : bestCost, measure.rows[best]};
 }
 
+struct Evaluator
+{
+    CoordinationGeometryType type;
+    BestLabelling (*evaluate)(Spatia::Point3d const*);
+};
+
+constexpr Evaluator evaluators[] = {
+    {trigonalPyramidal, FindBestLabelling<trigonalPyramid>},
+    {tShaped, FindBestLabelling<tShape>},
+    {tetrahedral, FindBestLabelling<tetrahedron>},
+    {squarePlanar, FindBestLabelling<squarePlane>},
+    {trigonalPlanarPyramidal, FindBestLabelling<trigonalPlanePyramid>},
+    {seeSaw, FindBestLabelling<seeSawOfOctahedron>},
+    {ss4tbpy5, FindBestLabelling<seeSawOfBipyramid>},
+    {trigonalBipyramidal, FindBestLabelling<trigonalBipyramid>},
+    {squarePlanarPyramidal, FindBestLabelling<squarePyramid>},
+    {octahedral, FindBestLabelling<octahedron>},
+    {trigonalPrismatic, FindBestLabelling<trigonalPrism>},
+    {trigonalAntiprismatic, FindBestLabelling<trigonalAntiprism>},
+};
+
 /// The best labelling of a geometry with a measure; its row is null for any other geometry and for a wrong
 /// number of points.
 BestLabelling FindBestLabelling(Orrin::LegacyArray<Spatia::Point3d> const& coordinates,
                                 CoordinationGeometryType type)
 {
-    using Evaluator = BestLabelling (*)(Spatia::Point3d const*);
-    Evaluator evaluate = nullptr;
-    switch (type) {
-    case trigonalPyramidal:
-        evaluate = FindBestLabelling<trigonalPyramid>;
-        break;
-    case tShaped:
-        evaluate = FindBestLabelling<tShape>;
-        break;
-    case tetrahedral:
-        evaluate = FindBestLabelling<tetrahedron>;
-        break;
-    case squarePlanar:
-        evaluate = FindBestLabelling<squarePlane>;
-        break;
-    case trigonalPlanarPyramidal:
-        evaluate = FindBestLabelling<trigonalPlanePyramid>;
-        break;
-    case seeSaw:
-        evaluate = FindBestLabelling<seeSawOfOctahedron>;
-        break;
-    case ss4tbpy5:
-        evaluate = FindBestLabelling<seeSawOfBipyramid>;
-        break;
-    case trigonalBipyramidal:
-        evaluate = FindBestLabelling<trigonalBipyramid>;
-        break;
-    case squarePlanarPyramidal:
-        evaluate = FindBestLabelling<squarePyramid>;
-        break;
-    case octahedral:
-        evaluate = FindBestLabelling<octahedron>;
-        break;
-    case trigonalPrismatic:
-        evaluate = FindBestLabelling<trigonalPrism>;
-        break;
-    case trigonalAntiprismatic:
-        evaluate = FindBestLabelling<trigonalAntiprism>;
-        break;
-    default:
-        break;
+    for (Evaluator const& evaluator : evaluators) {
+        if (evaluator.type == type && coordinates.GetSize() == GetCoordinationNumber(type)) {
+            return evaluator.evaluate(coordinates.GetData());
+        }
     }
-    if (evaluate == nullptr || coordinates.GetSize() != GetCoordinationNumber(type)) {
-        return {-1.0, nullptr};
-    }
-    return evaluate(coordinates.GetData());
+    return {-1.0, nullptr};
 }
 
 } // namespace
