@@ -70,7 +70,8 @@ public:
 
     int GetSize() const { return m_size; }
 
-    void Write(HermiteSegment const& segment, Point3d* curve, int count) const
+    /// The segment comes as a copy, which no store into the curve can change.
+    void Write(HermiteSegment segment, Point3d* curve, int count) const
     {
         for (int i = 0; i != count; ++i) {
             curve[i] = segment.At(m_weights[i]);
