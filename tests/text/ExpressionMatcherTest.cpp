@@ -219,6 +219,29 @@ TEST(ExpressionMatcher, FindsAMatchAtEveryOffset)
     }
 }
 
+// A long match is walked in stretches; groups begin and end far from their borders, at them and next to them.
+TEST(ExpressionMatcher, FindsTheGroupsOfLongMatches)
+{
+    Compiled const compiled = Compile("(a*)(b*)((c|d)*)(a*)(e)");
+    for (int shift = -2; shift <= 2; ++shift) {
+        std::string text;
+        std::vector<std::ptrdiff_t> ends;
+        for (std::pair<int, char> const& part : {std::pair(4096 + shift, 'a'), std::pair(8192, 'b'),
+                                                 std::pair(3000, 'd'), std::pair(20000 - shift, 'a')}) {
+            text.append(static_cast<std::size_t>(part.first), part.second);
+            ends.push_back(static_cast<std::ptrdiff_t>(text.size()));
+        }
+        text += 'e';
+        ASSERT_TRUE(SearchExpression(compiled.get(), text.c_str(), text.size()));
+        int const groups[] = {1, 2, 3, 5};
+        for (std::size_t i = 0; i < ends.size(); ++i) {
+            EXPECT_EQ(compiled->m_groupEnd[groups[i]] - text.c_str(), ends[i]) << "group " << groups[i];
+            EXPECT_EQ(compiled->m_groupStart[groups[i]] - text.c_str(), i == 0 ? 0 : ends[i - 1]);
+        }
+        EXPECT_EQ(compiled->m_groupEnd[4] - compiled->m_groupStart[4], 1);
+    }
+}
+
 // The states of this expression are as many as there are texts of fifteen letters, so the tables overflow.
 TEST(ExpressionMatcher, StartsItsTablesAfreshWhenTheyAreFull)
 {
