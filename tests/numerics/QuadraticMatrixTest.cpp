@@ -2,8 +2,9 @@
 
 #include "gtest/gtest.h"
 
-#include "vorlane/foundation/FrameworkSurface.h"
+#include "tests/support/AllocationFailure.h"
 
+#include <cstddef>
 #include <limits>
 #include <sstream>
 #include <string>
@@ -69,9 +70,28 @@ TEST(QuadraticMatrixTest, AssignmentKeepsStorageOfTheSameDimension)
         EXPECT_EQ(Printed(target), Printed(source));
         EXPECT_TRUE(dimension == 0 || target[0] != source[0]);
     }
-    // The widest matrix needs 2^65 bytes, the next one 2^37; neither product may wrap around.
-    EXPECT_THROW(target = QuadraticMatrix(std::numeric_limits<int>::max()), CMemoryException);
-    EXPECT_EQ(target.Dimension(), 0);
+}
+
+TEST(QuadraticMatrixTest, KeepsItsValueWhenMemoryRunsOut)
+{
+    QuadraticMatrix target;
+    QuadraticMatrix const source = Counted(20);
+    double values[20];
+    auto const expectKept = [&] {
+        EXPECT_EQ(Printed(target), Printed(Counted(2)));
+    };
+    // The elements, then the row table; what was had before the failure is given back.
+    EXPECT_EQ(VorlaneTest::ForEachFailedAllocation([&] { target = Counted(2); }, [&] { target = source; },
+                                                   expectKept),
+              2);
+    EXPECT_GT(VorlaneTest::ForEachFailedAllocation(
+                  [] {}, [&] { QuadraticMatrix(20).GetEigenvectorsAndEigenvalues(target, values); }, [] {}),
+              1);
+    // Neither 46341 times 46341 nor 2^31 times 2^31 may wrap around.
+    VorlaneTest::AllocationLimit const limit(std::size_t{1} << 30);
+    for (int dimension : {46341, 65536, std::numeric_limits<int>::max()}) {
+        EXPECT_THROW(QuadraticMatrix{dimension}, CMemoryException) << dimension;
+    }
 }
 
 TEST(QuadraticMatrixTest, TransposesInPlace)
