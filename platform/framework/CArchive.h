@@ -76,7 +76,7 @@ public:
 
     /// Reads a block and gives the number of bytes read, which is less than `count` only at the end of the
     /// file.
-    [[nodiscard]] unsigned int Read(void* bytes, unsigned int count)
+    unsigned int Read(void* bytes, unsigned int count)
     {
         if (std::size_t{count} - 1 < static_cast<std::size_t>(m_loadEnd - m_loadNext)) {
             std::memcpy(bytes, m_loadNext, count);

@@ -33,8 +33,6 @@
 template <class TYPE, class ARG_TYPE = TYPE const&>
 class CArray : public CObject
 {
-    static_assert(alignof(TYPE) <= alignof(std::max_align_t), "the storage has no larger alignment");
-
 public:
     /// Empty, without storage.
     CArray() = default;
@@ -138,6 +136,7 @@ private:
 template <class TYPE, class ARG_TYPE>
 void CArray<TYPE, ARG_TYPE>::SetSize(int size, int growBy)
 {
+    static_assert(alignof(TYPE) <= alignof(std::max_align_t), "the storage has no larger alignment");
     if (size < 0) {
         AfxThrowInvalidArgException("an array of size " + std::to_string(size));
     }

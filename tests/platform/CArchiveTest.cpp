@@ -291,7 +291,7 @@ TEST(CArchiveTest, TheWrongModeIsRefusedWithTheFilesName)
     CArchive loading(&file, CArchive::load);
     int number = 5;
     EXPECT_EQ(CauseOf([&] { storing >> number; }, path), +CArchiveException::writeOnly);
-    EXPECT_EQ(CauseOf([&] { (void)storing.Read(&number, 0); }, path), +CArchiveException::writeOnly);
+    EXPECT_EQ(CauseOf([&] { storing.Read(&number, 0); }, path), +CArchiveException::writeOnly);
     EXPECT_EQ(CauseOf([&] { loading << number; }, path), +CArchiveException::readOnly);
     EXPECT_EQ(CauseOf([&] { loading.Write(&number, 0); }, path), +CArchiveException::readOnly);
     EXPECT_EQ(CauseOf([&] { loading >> number; }, path), +CArchiveException::endOfFile);
