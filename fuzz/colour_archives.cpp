@@ -54,6 +54,8 @@ bool Load(std::uint32_t schema, Bytes const& bytes, Serialize const& serialize)
         return false;
     } catch (std::length_error const&) {
         return false;
+    } catch (CMemoryException const&) {
+        return false; // a name of more bytes than a text can hold
     }
     return true;
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int defaultBinCount = 32;
 
-/// What `<` says of two numbers unless they tie, a pair with a NaN being a tie.
+/// Whether one of two numbers comes first; a NaN ties with every number.
 bool DiffersInOrder(double left, double right)
 {
     return left < right || left > right;
