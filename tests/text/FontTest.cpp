@@ -15,14 +15,12 @@ TEST(FontTest, OrderAndEqualityDifferInCase)
         bool less;
         bool greater;
         bool equal;
-    } const rows[] = {
-        {Font("Arial", 12), Font("Arial", 12), false, false, true},
-        {Font("Arial", 12), Font("arial", 12), false, false, false},
-        {Font("Zapf", 10), Font("Arial", 12), true, false, false},
-        {Font("arial", 12), Font("Courier", 12), true, false, false},
-        {Font("courier", 12), Font("Arial", 12), false, true, false},
-        {Font(), Font("", 0), false, false, true},
-    };
+    } const rows[] = {{Font("Arial", 12), Font("Arial", 12), false, false, true},
+                      {Font("Arial", 12), Font("arial", 12), false, false, false},
+                      {Font("Zapf", 10), Font("Arial", 12), true, false, false},
+                      {Font("arial", 12), Font("Courier", 12), true, false, false},
+                      {Font("courier", 12), Font("Arial", 12), false, true, false},
+                      {Font(), Font("", 0), false, false, true}};
     for (auto const& row : rows) {
         SCOPED_TRACE(std::string(row.a.GetFace()) + " and " + std::string(row.b.GetFace()));
         EXPECT_EQ(row.a < row.b, row.less);
@@ -52,11 +50,9 @@ TEST(FontTest, ArchiveHoldsFaceAndSize)
     {
         Font font;
         VorlaneTest::Bytes bytes;
-    } const rows[] = {
-        {Font("Arial", 12), {5, 'A', 'r', 'i', 'a', 'l', 12, 0, 0, 0}},
-        {Font(), {0, 0, 0, 0, 0}},
-        {Font("\xE9", -2), {1, 0xE9, 0xFE, 0xFF, 0xFF, 0xFF}}, // a size that SetSize refuses
-    };
+    } const rows[] = {{Font("Arial", 12), {5, 'A', 'r', 'i', 'a', 'l', 12, 0, 0, 0}},
+                      {Font(), {0, 0, 0, 0, 0}},
+                      {Font("\xE9", -2), {1, 0xE9, 0xFE, 0xFF, 0xFF, 0xFF}}};
     for (auto const& row : rows) {
         Font stored(row.font);
         auto const serialize = [](Font& font) {

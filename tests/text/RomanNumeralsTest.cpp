@@ -33,28 +33,26 @@ TEST(RomanNumeralsTest, ReadsMoreThanTheCanonicalNumerals)
         std::string text;
         bool isNumeral;
         int value;
-    } const rows[] = {
-        {"", true, 0},
-        {"0", true, 0},
-        {"-", true, 0},
-        {"MCMXCIV", true, 1994},
-        {"-X", true, -10},
-        {"IIII", true, 4},
-        {"VIV", true, 9},
-        {"CMCM", true, 1800},
-        {"DCDXCXCXLIXIXIVIV", true, 1146},
-        {"IIX", false, 0},
-        {"IM", false, 0},
-        {"iv", false, 0},
-        {"-0", false, 0},
-        {"00", false, 0},
-        {"X Y", false, 0},
-        {"--X", false, 0},
-        {"X-", false, 0},
-        {" X", false, 0},
-        {"VX", false, 0},
-        {std::string("X\0", 2), false, 0},
-    };
+    } const rows[] = {{"", true, 0},
+                      {"0", true, 0},
+                      {"-", true, 0},
+                      {"MCMXCIV", true, 1994},
+                      {"-X", true, -10},
+                      {"IIII", true, 4},
+                      {"VIV", true, 9},
+                      {"CMCM", true, 1800},
+                      {"DCDXCXCXLIXIXIVIV", true, 1146},
+                      {"IIX", false, 0},
+                      {"IM", false, 0},
+                      {"iv", false, 0},
+                      {"-0", false, 0},
+                      {"00", false, 0},
+                      {"X Y", false, 0},
+                      {"--X", false, 0},
+                      {"X-", false, 0},
+                      {" X", false, 0},
+                      {"VX", false, 0},
+                      {std::string("X\0", 2), false, 0}};
     for (auto const& row : rows) {
         int value = 77;
         EXPECT_EQ(Numerals::RomanNumeralToInteger(row.text, value), row.isNumeral) << row.text;
@@ -71,17 +69,15 @@ TEST(RomanNumeralsTest, WritesWhatReadsBack)
     {
         int value;
         std::string text;
-    } const rows[] = {
-        {0, "0"},
-        {4, "IV"},
-        {1994, "MCMXCIV"},
-        {-9, "-IX"},
-        {4000, "MMMM"},
-        {3888, "MMMDCCCLXXXVIII"},
-        {-3999, "-MMMCMXCIX"},
-        {12345678, Repeat("M", 12345) + "DCLXXVIII"},
-        {std::numeric_limits<int>::min(), "-"},
-    };
+    } const rows[] = {{0, "0"},
+                      {4, "IV"},
+                      {1994, "MCMXCIV"},
+                      {-9, "-IX"},
+                      {4000, "MMMM"},
+                      {3888, "MMMDCCCLXXXVIII"},
+                      {-3999, "-MMMCMXCIX"},
+                      {12345678, Repeat("M", 12345) + "DCLXXVIII"},
+                      {std::numeric_limits<int>::min(), "-"}};
     for (auto const& row : rows) {
         EXPECT_EQ(Numeral(row.value), row.text) << row.value;
     }
@@ -104,12 +100,10 @@ TEST(RomanNumeralsTest, SumsWrapAtThirtyTwoBits)
     {
         std::string text;
         int value;
-    } const rows[] = {
-        {Repeat("M", 2147483) + "DCXLVII", std::numeric_limits<int>::max()},
-        {Repeat("M", 2147483) + "DCXLVIII", std::numeric_limits<int>::min()},
-        {"-" + Repeat("M", 2147483) + "DCXLVIII", std::numeric_limits<int>::min()},
-        {Repeat("M", 4294967) + "CCXCVII", 1},
-    };
+    } const rows[] = {{Repeat("M", 2147483) + "DCXLVII", std::numeric_limits<int>::max()},
+                      {Repeat("M", 2147483) + "DCXLVIII", std::numeric_limits<int>::min()},
+                      {"-" + Repeat("M", 2147483) + "DCXLVIII", std::numeric_limits<int>::min()},
+                      {Repeat("M", 4294967) + "CCXCVII", 1}};
     for (auto const& row : rows) {
         int value = 77;
         EXPECT_TRUE(Numerals::RomanNumeralToInteger(row.text, value));

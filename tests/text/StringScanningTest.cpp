@@ -122,8 +122,7 @@ std::map<std::string, Scanner> const& DocumentedScanners()
         {"ExtractString(',')",
          Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream, ','); })},
         {"ExtractString(\",;\")",
-         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream, ",;"); })},
-    };
+         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream, ",;"); })}};
     return scanners;
 }
 
@@ -177,18 +176,16 @@ TEST(StringScanningTest, SetsOfDelimiters)
         char const* parsed;
         std::string left;
         char const* peeked;
-    } const rows[] = {
-        {"a;b,c", ",;", "a", "b,c", "a"},
-        {";,;a b", ";,", "", ",;a b", "a b"},
-        {" a b", " ", "a", "b", "a"},
-        {"\ta\nb", "\n\t", "a", "b", "a"},
-        {"a,b ", "", "a,b ", "", "a,b "},
-        {" a,b", nullptr, "a,b", "", " a,b"},
-        {",;", ",;", "", ";", ""},
-        {"\xE9\xFF\x80,", "\x80,", "\xE9\xFF", ",", "\xE9\xFF"},
-        {"\xFF\xFF", "\xFF", "", "\xFF", ""},
-        {"\xA0\x85 a", ",;", "\xA0\x85 a", "", "\xA0\x85 a"},
-    };
+    } const rows[] = {{"a;b,c", ",;", "a", "b,c", "a"},
+                      {";,;a b", ";,", "", ",;a b", "a b"},
+                      {" a b", " ", "a", "b", "a"},
+                      {"\ta\nb", "\n\t", "a", "b", "a"},
+                      {"a,b ", "", "a,b ", "", "a,b "},
+                      {" a,b", nullptr, "a,b", "", " a,b"},
+                      {",;", ",;", "", ";", ""},
+                      {"\xE9\xFF\x80,", "\x80,", "\xE9\xFF", ",", "\xE9\xFF"},
+                      {"\xFF\xFF", "\xFF", "", "\xFF", ""},
+                      {"\xA0\x85 a", ",;", "\xA0\x85 a", "", "\xA0\x85 a"}};
     for (auto const& row : rows) {
         CString text = Text(row.text);
         EXPECT_STREQ(StringUtils::Peek(text, row.delimiters), row.peeked) << row.text;
@@ -225,20 +222,18 @@ TEST(StringScanningTest, NumbersTakeTheLongestFront)
         double parsed;
         char const* left;
         double peeked;
-    } const rows[] = {
-        {"12abc,3", 12, "3", 12},
-        {"abc,3", 0, "3", 0},
-        {",4,5", 0, "4,5", 4},
-        {"", 0, "", 0},
-        {"  -1.5e1 ,2", -15, "2", -15},
-        {"\t,,7", 0, ",7", 0},
-        {"1e999,1", infinity, "1", infinity},
-        {"-1e999", -infinity, "", -infinity},
-        {"1e-999", 0, "", 0},
-        {"4.9e-324x", 4.9e-324, "", 4.9e-324},
-        {"0x1p3z,", 8, "", 8},
-        {"1.5.5", 1.5, "", 1.5},
-    };
+    } const rows[] = {{"12abc,3", 12, "3", 12},
+                      {"abc,3", 0, "3", 0},
+                      {",4,5", 0, "4,5", 4},
+                      {"", 0, "", 0},
+                      {"  -1.5e1 ,2", -15, "2", -15},
+                      {"\t,,7", 0, ",7", 0},
+                      {"1e999,1", infinity, "1", infinity},
+                      {"-1e999", -infinity, "", -infinity},
+                      {"1e-999", 0, "", 0},
+                      {"4.9e-324x", 4.9e-324, "", 4.9e-324},
+                      {"0x1p3z,", 8, "", 8},
+                      {"1.5.5", 1.5, "", 1.5}};
     for (auto const& row : rows) {
         for (bool asSet : {true, false}) {
             CString text(row.text);
@@ -268,8 +263,7 @@ TEST(StringScanningTest, PointsTakeThreeFieldsWhateverTheyHold)
         {"1,2,3,4", {1, 2, 3}, "4"}, {"1,x,3,4", {0, 0, 0}, "4"},  {"1,2", {0, 0, 0}, ""},
         {"1 ,2,3", {0, 0, 0}, ""},   {" 1, 2,\n3", {1, 2, 3}, ""}, {"1,,3,4", {0, 0, 0}, "4"},
         {",1,2,3", {0, 0, 0}, "3"},  {"1,2,3,", {1, 2, 3}, ""},    {"1,2,1e999,4", {0, 0, 0}, "4"},
-        {"", {0, 0, 0}, ""},         {"1,2,3 ,4", {0, 0, 0}, "4"},
-    };
+        {"", {0, 0, 0}, ""},         {"1,2,3 ,4", {0, 0, 0}, "4"}};
     for (auto const& row : rows) {
         for (bool asSet : {true, false}) {
             CString text(row.text);

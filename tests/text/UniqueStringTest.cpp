@@ -69,12 +69,10 @@ TEST(UniqueStringTest, ArchiveHoldsTheTextAlone)
         Bytes bytes;
         char const* text;
         Bytes stored;
-    } const rows[] = {
-        {{3, 'a', 'b', 'c'}, "abc", {3, 'a', 'b', 'c'}},
-        {{0}, "", {0}},
-        {{5, 'a', 'b', 'c', 0, 'd'}, "abc", {3, 'a', 'b', 'c'}},
-        {{0xFF, 0xFE, 0xFF, 2, 'a', 0, 0xE9, 0}, "a\xE9", {2, 'a', 0xE9}}, // wide
-    };
+    } const rows[] = {{{3, 'a', 'b', 'c'}, "abc", {3, 'a', 'b', 'c'}},
+                      {{0}, "", {0}},
+                      {{5, 'a', 'b', 'c', 0, 'd'}, "abc", {3, 'a', 'b', 'c'}},
+                      {{0xFF, 0xFE, 0xFF, 2, 'a', 0, 0xE9, 0}, "a\xE9", {2, 'a', 0xE9}}};
     for (auto const& row : rows) {
         UniqueString handle("old");
         auto const serialize = [&](CArchive& ar) {

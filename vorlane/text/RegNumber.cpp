@@ -1,32 +1,18 @@
 #include "vorlane/text/Pattern.h"
 
+#include "vorlane/text/NumberScanningInternal.h"
+
 #include <algorithm>
-#include <limits>
+#include <cstdint>
 
 namespace Vorlane {
 namespace {
 
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 /// The integer at the start of a text; a value beyond 32 bits becomes the nearest bound.
-std::int32_t ReadInteger(char const* text)
+std::int32_t ReadInteger(CString const& text)
 {
-    while (*text == ' ' || (*text >= '\t' && *text <= '\r'))
-        ++text;
-    bool const isNegative = *text == '-';
-    if (*text == '-' || *text == '+')
-        ++text;
-    constexpr std::int64_t beyond = std::int64_t(1) << 32;
-    std::int64_t value = 0;
-    for (; IsDigit(*text); ++text)
-        value = std::min(value * 10 + (*text - '0'), beyond);
-    if (isNegative)
-        value = -value;
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+    char const* const begin = text;
+    return NumberScanning::ScanInteger(begin, begin + text.GetLength()).value;
 }
 
 /// The index of the '-' between two numbers, or -1 for none.
@@ -43,7 +29,7 @@ bool IsInteger(CString const& text)
 {
     int const signs = text[0] == '+' || text[0] == '-';
     char const* const begin = text;
-    return std::all_of(begin + signs, begin + text.GetLength(), IsDigit);
+    return std::all_of(begin + signs, begin + text.GetLength(), NumberScanning::IsDigit);
 }
 
 } // namespace
