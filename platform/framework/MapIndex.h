@@ -39,13 +39,13 @@ public:
         return IsBuilt() ? entries > m_slotCount : entries / 4 > bucketCount;
     }
 
-    /// Takes an empty table for twice `count` entries in place of the old one. False, and nothing changes,
-    /// where memory is short.
+    /// Takes an empty table of the next size above `count` in place of the old one: about twice as many
+    /// slots, and no more, since what counts beside the chains is how many pages the table spans. False, and
+    /// nothing changes, where memory is short.
     bool Extend(int count) noexcept
     {
-        std::uint32_t const wanted = 2 * static_cast<std::uint32_t>(count);
-        auto const* const found =
-            std::lower_bound(std::begin(afxMapIndexSizes), std::end(afxMapIndexSizes) - 1, wanted);
+        auto const* const found = std::upper_bound(
+            std::begin(afxMapIndexSizes), std::end(afxMapIndexSizes) - 1, static_cast<std::uint32_t>(count));
         Entry** const slots = static_cast<Entry**>(std::calloc(*found, sizeof(Entry*)));
         if (slots == nullptr) {
             return false;
