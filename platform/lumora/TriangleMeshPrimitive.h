@@ -33,6 +33,7 @@ public:
 };
 
 /// A lit surface of triangles over shared vertices. Indexes are not compared with the number of vertices.
+/// Vertices lie one after the other in memory, and so do triangles.
 class VORLANE_PLATFORM_EXPORT TriangleMeshPrimitive : public LitPrimitive
 {
 public:

@@ -32,19 +32,19 @@ constexpr std::size_t triangleIndexBytes = 12;
 /// A list of a mesh: the number of entries as an int32, then the entries, each of `entryBytes` bytes.
 ///
 /// \param stored the number of entries to store
-/// \param entryAt gives the entry to store at an index
+/// \param first the first of the entries to store, which lie one after the other
 /// \param loaded takes the entries of a load, at its end
-/// \param entryFields moves the fields of one entry through an archive or a block
-template <typename Entry, typename EntryAt, typename EntryFields>
-void SerializeList(CArchive& ar, std::int32_t stored, EntryAt entryAt, std::vector<Entry>& loaded,
+/// \param entryFields moves the fields of one entry through a block
+template <typename Entry, typename EntryFields>
+void SerializeList(CArchive& ar, std::int32_t stored, Entry const* first, std::vector<Entry>& loaded,
                    std::size_t entryBytes, EntryFields entryFields)
 {
     std::int32_t count = stored;
     Fields::Int32(ar, count);
     std::size_t const entries = CheckedEntryCount(static_cast<std::uint32_t>(count), loaded.max_size());
     if (ar.IsStoring()) {
-        Fields::StoreRun(ar, entries, entryBytes, [&](auto& block, std::size_t index) {
-            Entry entry = entryAt(static_cast<int>(index));
+        Fields::StoreRun(ar, entries, entryBytes, [first, entryFields](auto& block, std::size_t index) {
+            Entry entry = first[index];
             entryFields(block, entry);
         });
         return;
@@ -71,14 +71,14 @@ void Serialize(CArchive& ar, TriangleMeshPrimitive& mesh)
     Serialize(ar, static_cast<LitPrimitive&>(mesh));
     std::vector<TriangleIndex> triangles;
     std::vector<VertexNormal> vertices;
-    SerializeList(
-        ar, mesh.GetNumTriangles(), [&](int index) { return mesh.GetTriangleAt(index); }, triangles,
-        triangleIndexBytes,
-        [](auto& block, TriangleIndex& triangle) { TriangleIndexFields(block, triangle); });
-    SerializeList(
-        ar, mesh.GetNumVertices(), [&](int index) { return mesh.GetVertexAt(index); }, vertices,
-        Fields::VertexNormalBytes(ar.m_nObjectSchema),
-        [](auto& block, VertexNormal& vertex) { Fields::VertexNormalFields(block, vertex); });
+    std::int32_t const triangleCount = mesh.GetNumTriangles();
+    std::int32_t const vertexCount = mesh.GetNumVertices();
+    SerializeList(ar, triangleCount, triangleCount != 0 ? &mesh.GetTriangleAt(0) : nullptr, triangles,
+                  triangleIndexBytes,
+                  [](auto& block, TriangleIndex& triangle) { TriangleIndexFields(block, triangle); });
+    SerializeList(ar, vertexCount, vertexCount != 0 ? &mesh.GetVertexAt(0) : nullptr, vertices,
+                  Fields::VertexNormalBytes(ar.m_nObjectSchema),
+                  [](auto& block, VertexNormal& vertex) { Fields::VertexNormalFields(block, vertex); });
     if (ar.IsLoading()) {
         mesh.Set(std::move(vertices), std::move(triangles));
     }

@@ -1,0 +1,130 @@
+// Loads any graphics primitive from bytes, stores it and loads it again, until it stores to the same bytes.
+//
+// The first byte of the input chooses the object, the next four are the schema number, and the rest is the
+// archive.
+
+#include "vorlane/persistence/ArchiveForm.h"
+#include "vorlane/persistence/PrimitiveSerializers.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <stdexcept>
+#include <vector>
+
+using namespace Lumora;
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+/// A number at which every store reads back.
+constexpr std::uint32_t newestSchema = 24;
+
+/// Small, so that buffers end within fields.
+constexpr int bufferSize = 64;
+
+template <typename T>
+Bytes Stored(T& object)
+{
+    CMemFile file;
+    CArchive ar(&file, CArchive::store, bufferSize);
+    ar.m_nObjectSchema = newestSchema;
+    Vorlane::Serialize(ar, object);
+    ar.Close();
+    return file.Bytes();
+}
+
+template <typename T>
+void Load(T& object, Bytes const& bytes, std::uint32_t schema)
+{
+    CMemFile file(bytes);
+    CArchive ar(&file, CArchive::load, bufferSize);
+    ar.m_nObjectSchema = schema;
+    Vorlane::Serialize(ar, object);
+}
+
+/// Loads what is stored, and gives what the loaded object stores.
+template <typename T>
+Bytes Again(Bytes const& stored)
+{
+    T object;
+    Load(object, stored, newestSchema);
+    return Stored(object);
+}
+
+template <typename T>
+void Try(Bytes const& bytes, std::uint32_t schema)
+{
+    T object;
+    try {
+        Load(object, bytes, schema);
+    } catch (CArchiveException const& exception) {
+        if (exception.m_cause != CArchiveException::endOfFile) {
+            std::abort();
+        }
+    } catch (std::length_error const&) {
+    } catch (CMemoryException const&) {
+    }
+    // Doubles of an older archive become floats in the first round, and faces are computed from them in the
+    // next.
+    Bytes const second = Again<T>(Stored(object));
+    if (Again<T>(second) != second) {
+        std::abort();
+    }
+}
+
+using TryFunction = void (*)(Bytes const&, std::uint32_t);
+
+constexpr TryFunction tries[] = {
+    Try<Vertex>,
+    Try<VertexNormal>,
+    Try<GraphicsPrimitive>,
+    Try<LitPrimitive>,
+    Try<SpherePrimitive>,
+    Try<EllipsoidPrimitive>,
+    Try<CylinderPrimitive>,
+    Try<ConePrimitive>,
+    Try<TrianglePrimitive>,
+    Try<TetrahedronPrimitive>,
+    Try<PlanePrimitive>,
+    Try<UnlitPointPrimitive>,
+    Try<DotPrimitive>,
+    Try<IconPrimitive>,
+    Try<LinePrimitive>,
+    Try<DashedLinePrimitive>,
+    Try<UnlitLinePrimitive>,
+    Try<LineArrayPrimitive>,
+    Try<ArcPrimitive>,
+    Try<UnlitTrianglePrimitive>,
+    Try<UnlitShapePrimitive>,
+    Try<RectanglePrimitive>,
+    Try<TriangleShapePrimitive>,
+    Try<Text3DPrimitive>,
+    Try<TextStringPrimitive>,
+    Try<TextBoxPrimitive>,
+    Try<TextCalloutPrimitive>,
+    Try<TriangleIndex>,
+    Try<TriangleMeshPrimitive>,
+    Try<VolumePrimitive>,
+    Try<LightSource>,
+    Try<MaterialProperty>,
+    Try<GraphicsAttributes>,
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
+{
+    constexpr std::size_t headerBytes = 5;
+    if (size < headerBytes) {
+        return 0;
+    }
+    std::uint32_t schema = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        schema |= static_cast<std::uint32_t>(data[1 + i]) << (8 * i);
+    }
+    constexpr std::size_t objects = sizeof(tries) / sizeof(tries[0]);
+    tries[data[0] % objects](Bytes(data + headerBytes, data + size), schema);
+    return 0;
+}
