@@ -1,4 +1,5 @@
 #include "vorlane/text/Pattern.h"
+#include "tests/support/AllocationFailure.h"
 
 #include <gtest/gtest.h>
 
@@ -134,6 +135,32 @@ TEST(RegExpression, CopiesByValue)
     RegExpression const& self = target;
     target = self;
     EXPECT_TRUE(target == "ab");
+}
+
+TEST(RegExpression, SurvivesFailedAllocations)
+{
+    CString const text("xx" + CString(std::string(300, 'a').c_str()) + "bcd");
+    CString const pattern("(x*)(a+)((b|c)*)d");
+    std::unique_ptr<RegExpression> expression;
+    auto const prepare = [&] {
+        expression = std::make_unique<RegExpression>(pattern, false);
+    };
+    auto const match = [&] {
+        EXPECT_TRUE(expression->Match(text, true));
+    };
+    auto const check = [&] {
+        EXPECT_EQ(expression->GetSubstringCount(), 0);
+        EXPECT_TRUE(expression->Match(text, true)); // and works again
+        EXPECT_EQ(SubstringsOf(*expression).back(), "c");
+    };
+    EXPECT_GT(VorlaneTest::ForEachFailedAllocation(prepare, match, check), 20);
+    auto const copy = [&] {
+        std::unique_ptr<Pattern<CString>>(expression->Copy());
+    };
+    auto const checkOriginal = [&] {
+        EXPECT_EQ(expression->GetSubstringCount(), 5);
+    };
+    EXPECT_GT(VorlaneTest::ForEachFailedAllocation([] {}, copy, checkOriginal), 1);
 }
 
 TEST(RegExpression, TellsExpressionsByTheirCharacters)
