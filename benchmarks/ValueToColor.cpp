@@ -44,6 +44,7 @@ struct Table
     double minimum;
     double maximum;
     double binsPerUnit;
+    double firstBin; ///< 0; as a constant it would become a branch
     double lastBin;
     std::uint32_t off;
     std::vector<std::uint32_t> packed;
@@ -52,7 +53,7 @@ struct Table
 Table MakeTable(bool clip, int binCount)
 {
     Vorlane::ColorMapParameters parameters = MakeParameters(clip, binCount);
-    Table table{clip, 0.0, 1.0, double(binCount), double(binCount - 1), 0xFF000000u, {}};
+    Table table{clip, 0.0, 1.0, double(binCount), 0.0, double(binCount - 1), 0xFF000000u, {}};
     for (int bin = 0; bin < binCount; ++bin) {
         table.packed.push_back(parameters.CalculateColor((bin + 0.5) / binCount).GetPacked());
     }
@@ -62,7 +63,7 @@ Table MakeTable(bool clip, int binCount)
 inline std::uint32_t LookUp(Table const& table, double value)
 {
     double position = (value - table.minimum) * table.binsPerUnit;
-    position = position > 0.0 ? position : 0.0;
+    position = position > table.firstBin ? position : table.firstBin;
     position = position < table.lastBin ? position : table.lastBin;
     return table.packed[static_cast<std::size_t>(static_cast<int>(position))];
 }
