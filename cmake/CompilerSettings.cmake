@@ -14,6 +14,10 @@ target_include_directories(vorlane_settings INTERFACE ${PROJECT_SOURCE_DIR} ${PR
 # Results are the same bits from every compiler: no fused multiply-add, no reordering.
 target_compile_options(vorlane_settings INTERFACE -ffp-contract=off)
 target_compile_options(vorlane_settings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # A library with unique symbols, such as the statics of inline functions of the standard library, is never unloaded.
+  target_compile_options(vorlane_settings INTERFACE -fno-gnu-unique)
+endif()
 if(VORLANE_WARNINGS_AS_ERRORS)
   target_compile_options(vorlane_settings INTERFACE -Werror)
 endif()
