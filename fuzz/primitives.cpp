@@ -63,8 +63,11 @@ void Try(Bytes const& bytes, std::uint32_t schema)
         if (exception.m_cause != CArchiveException::endOfFile) {
             std::abort();
         }
+        return;
     } catch (std::length_error const&) {
+        return;
     } catch (CMemoryException const&) {
+        return;
     }
     // Doubles of an older archive become floats in the first round, and faces are computed from them in the
     // next.

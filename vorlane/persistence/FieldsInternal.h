@@ -187,7 +187,7 @@ void Whole(CArchive& ar, void (*field)(CArchive&, Value&), Value& value)
 template <typename Value, typename Object, typename Getter, typename Setter>
 void Property(CArchive& ar, void (*field)(CArchive&, Value&), Object& object, Getter getter, Setter setter)
 {
-    Value value((object.*getter)());
+    Value value = AfxWithMemoryException([&]() -> Value { return (object.*getter)(); });
     field(ar, value);
     if (ar.IsLoading()) {
         AfxWithMemoryException([&] { (object.*setter)(value); });

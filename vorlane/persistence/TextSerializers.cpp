@@ -72,18 +72,20 @@ std::wstring FaceOfNumber(std::int32_t number, std::wstring const& otherwise)
 /// too. A loaded font starts as the default one and is assigned once it is read whole.
 void SerializeFont(CArchive& ar, Orrin::Font& font)
 {
-    Orrin::Font whole = ar.IsStoring() ? font : Orrin::Font::DefaultFont();
-    if (StoredOrLoadedFrom(ar, 10)) {
-        Fields::Property(ar, Fields::Text, whole, &Orrin::Font::GetFace, &Orrin::Font::SetFace);
-    } else {
-        std::int32_t number = 0;
-        Fields::Int32(ar, number);
-        whole.SetFace(FaceOfNumber(number, whole.GetFace()));
-    }
-    Fields::Property(ar, Fields::Int32, whole, &Orrin::Font::GetSize, &Orrin::Font::SetSize);
-    if (ar.IsLoading()) {
-        AfxWithMemoryException([&] { font = whole; });
-    }
+    AfxWithMemoryException([&] {
+        Orrin::Font whole = ar.IsStoring() ? font : Orrin::Font::DefaultFont();
+        if (StoredOrLoadedFrom(ar, 10)) {
+            Fields::Property(ar, Fields::Text, whole, &Orrin::Font::GetFace, &Orrin::Font::SetFace);
+        } else {
+            std::int32_t number = 0;
+            Fields::Int32(ar, number);
+            whole.SetFace(FaceOfNumber(number, whole.GetFace()));
+        }
+        Fields::Property(ar, Fields::Int32, whole, &Orrin::Font::GetSize, &Orrin::Font::SetSize);
+        if (ar.IsLoading()) {
+            font = whole;
+        }
+    });
 }
 
 /// The colour of a text below schema number 11: the packed value, which becomes opaque on loading.
