@@ -47,7 +47,10 @@ struct HermiteSegment
 
     Point3d At(HermiteWeights const& weights) const
     {
-        return weights.p0 * p0 + weights.p1 * p1 + weights.t0 * t0 + weights.t1 * t1;
+        double const x = weights.p0 * p0.x + weights.p1 * p1.x + weights.t0 * t0.x + weights.t1 * t1.x;
+        double const y = weights.p0 * p0.y + weights.p1 * p1.y + weights.t0 * t0.y + weights.t1 * t1.y;
+        double const z = weights.p0 * p0.z + weights.p1 * p1.z + weights.t0 * t0.z + weights.t1 * t1.z;
+        return Point3d(x, y, z);
     }
 };
 
@@ -74,7 +77,8 @@ public:
     void Write(HermiteSegment segment, Point3d* curve, int count) const
     {
         for (int i = 0; i != count; ++i) {
-            curve[i] = segment.At(m_weights[i]);
+            HermiteWeights const weights = m_weights[i];
+            curve[i] = segment.At(weights);
         }
     }
 

@@ -52,54 +52,63 @@ public:
         : m_point(point), m_distanceSquared(distanceSquared), m_best(best), m_neighbors(neighbors)
     {}
 
-    void Test(VoxelStore::Line const& line)
+    /// Takes a line in. Lines are collected, so that fetching them and testing them do not wait for one
+    /// another.
+    void Add(VoxelStore::Line const& line)
     {
-        if (m_count > capacity - VoxelStore::lanes) {
-            Flush();
+        if (m_lineCount == lineCapacity) {
+            Test();
         }
-        // Whether a point is near is hard to predict: write each one, and count those that are.
-        LineDistances const distances(m_point, line);
-        for (int lane = 0; lane != VoxelStore::lanes; ++lane) {
-            m_indices[m_count] = line.index[lane];
-            m_squares[m_count] = distances.squared[lane];
-            m_count += distances.squared[lane] < m_distanceSquared ? 1 : 0;
-        }
+        m_lines[m_lineCount++] = &line;
     }
 
     /// Hands over what was found; the index of the closest point, -1 for none.
     int Finish()
     {
-        Flush();
+        Test();
         return m_closest;
     }
 
 private:
-    void Flush()
+    void Test()
     {
-        if (m_count == 0) {
-            return;
-        }
-        for (int i = 0; i != m_count; ++i) {
-            if (m_squares[i] < m_best) {
-                m_best = m_squares[i];
-                m_closest = m_indices[i];
+        constexpr int capacity = lineCapacity * VoxelStore::lanes;
+        int indices[capacity];
+        double squares[capacity];
+        int count = 0;
+        for (int n = 0; n != m_lineCount; ++n) {
+            // Whether a point is near is hard to predict: write each one, and count those that are.
+            VoxelStore::Line const& line = *m_lines[n];
+            LineDistances const distances(m_point, line);
+            for (int lane = 0; lane != VoxelStore::lanes; ++lane) {
+                indices[count] = line.index[lane];
+                squares[count] = distances.squared[lane];
+                count += distances.squared[lane] < m_distanceSquared ? 1 : 0;
             }
         }
-        m_neighbors.Reserve(m_count);
-        m_neighbors.Append(m_indices, m_count);
-        m_count = 0;
+        m_lineCount = 0;
+        if (count == 0) {
+            return;
+        }
+        for (int i = 0; i != count; ++i) {
+            if (squares[i] < m_best) {
+                m_best = squares[i];
+                m_closest = indices[i];
+            }
+        }
+        m_neighbors.Reserve(count);
+        m_neighbors.Append(indices, count);
     }
 
-    static constexpr int capacity = 256;
+    static constexpr int lineCapacity = 256;
 
     Point3d m_point;
     double m_distanceSquared;
     double m_best;
     int m_closest = -1;
     BlockAppender m_neighbors;
-    int m_count = 0;
-    int m_indices[capacity];
-    double m_squares[capacity];
+    int m_lineCount = 0;
+    VoxelStore::Line const* m_lines[lineCapacity];
 };
 
 } // namespace
@@ -145,7 +154,7 @@ int NeighborList::GetNeighbors(Point3d const& point, double distance, IntArray& 
     for (VoxelStore::Voxel const* voxel : voxels) {
         if (voxel != nullptr) {
             m_voxels->ForEachLine(voxel->firstLine, voxel->count,
-                                  [&](VoxelStore::Line const& line) { search.Test(line); });
+                                  [&](VoxelStore::Line const& line) { search.Add(line); });
         }
     }
     return search.Finish();
