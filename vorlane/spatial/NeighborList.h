@@ -26,8 +26,7 @@ class VoxelStore;
 ///
 /// All distances are compared as squares and strictly: points exactly a cutoff apart are not a pair.
 ///
-/// Memory: at most 64 bytes for each two points begun in a voxel, twice that while a voxel fills up, and some
-/// 50 bytes a voxel. Queries change nothing and may run side by side as long as no Add runs.
+/// Memory: at most 64 bytes a point, and some 50 bytes a voxel.
 class VORLANE_EXPORT NeighborList
 {
 public:
@@ -75,9 +74,11 @@ public:
     ///
     /// The pairs are ordered by the bucket, (key >> 4) mod hashSize, of the voxel they are met from; in a
     /// bucket the newest voxel comes first; then come the pairs inside the voxel and those with 13 of its
-    /// neighbours in the order of a fixed table. Within a voxel, `first` holds the smaller index. Takes time
-    /// in proportion to points and pairs, and besides the results some 40 bytes a voxel of memory for the
-    /// call.
+    /// neighbours in the order of a fixed table. Within a voxel, `first` holds the smaller index.
+    ///
+    /// Takes time in proportion to points and pairs inside the grid. For the call it takes some 40 bytes a
+    /// point and 60 bytes a voxel of memory, and with up to 8 points to a voxel, on average, as much again as
+    /// the results.
     ///
     /// \throws CInvalidArgException if there are more pairs than an array can hold.
     int GetPairs(IntArray& first, IntArray& second) const;
