@@ -36,6 +36,8 @@ std::string MakeText()
     text.resize(textLength);
     text.replace(textLength / 3, 12, "counterclaim");
     text.replace(textLength - 100, 12, "counterclaim");
+    for (std::size_t at = 1000; at < textLength; at += textLength / 17)
+        text.replace(at, 3, "abc");
     return text;
 }
 
