@@ -52,9 +52,7 @@ void SerializeList(CArchive& ar, std::int32_t stored, Entry const* first, std::v
     AfxWithMemoryException([&] {
         loaded.reserve(EntriesToTakeAhead(ar, entries, entryBytes, sizeof(Entry)));
         Fields::LoadRun(ar, 0, entries, entryBytes, [&](auto& block, std::size_t) {
-            Entry entry;
-            entryFields(block, entry);
-            loaded.push_back(entry);
+            entryFields(block, loaded.emplace_back());
         });
     });
 }
