@@ -44,16 +44,15 @@ void SerializeList(CArchive& ar, std::int32_t stored, Entry const* first, std::v
     std::size_t const entries = CheckedEntryCount(static_cast<std::uint32_t>(count), loaded.max_size());
     if (ar.IsStoring()) {
         Fields::StoreRun(ar, entries, entryBytes, [first, entryFields](auto& block, std::size_t index) {
-            Entry entry = first[index];
-            entryFields(block, entry);
+            // The fields are written for both directions; storing, they change nothing.
+            entryFields(block, const_cast<Entry&>(first[index]));
         });
         return;
     }
     AfxWithMemoryException([&] {
         loaded.reserve(EntriesToTakeAhead(ar, entries, entryBytes, sizeof(Entry)));
-        Fields::LoadRun(ar, 0, entries, entryBytes, [&](auto& block, std::size_t) {
-            entryFields(block, loaded.emplace_back());
-        });
+        Fields::LoadRun(ar, 0, entries, entryBytes,
+                        [&](auto& block, std::size_t) { entryFields(block, loaded.emplace_back()); });
     });
 }
 
