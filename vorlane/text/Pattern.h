@@ -85,9 +85,9 @@ public:
     /// What the last Match found: the whole match at 0, group i at i. An empty text for an index outside.
     virtual CString GetSubstring(int index) const;
 
-    /// Where substring `index` begins in the text of the last Match; -1 for an index outside. With it a caller
-    /// goes from match to match through `text.Mid(GetSubstringStart(0) + GetSubstring(0).GetLength())`, which
-    /// copies nothing.
+    /// Where substring `index` begins in the text of the last Match; -1 for an index outside. With it a
+    /// caller goes from match to match through `text.Mid(GetSubstringStart(0) +
+    /// GetSubstring(0).GetLength())`, which copies nothing.
     int GetSubstringStart(int index) const;
 
     /// The number of substrings. The list ends before the first group that is empty or took no part, so the
