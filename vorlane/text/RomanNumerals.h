@@ -32,7 +32,9 @@ VORLANE_EXPORT void IntegerToRomanNumeral(int value, CString& text);
 
 namespace Vorlane {
 
+/// \cond
 namespace RomanNumerals = ::RomanNumerals;
+/// \endcond
 
 } // namespace Vorlane
 
