@@ -1,6 +1,6 @@
 // A mesh of a million vertices and two million triangles to an archive and back, beside two serializers that
 // take it element by element, a loop written by hand over a buffer of the same size, and one copy of all the
-// bytes; and single fields, one by one.
+// bytes.
 
 #include "vorlane/persistence/PrimitiveSerializers.h"
 
@@ -35,7 +35,6 @@ namespace {
 
 constexpr int vertexCount = 1000000;
 constexpr int triangleCount = 2 * vertexCount;
-constexpr std::size_t fieldCount = 10000000;
 constexpr std::uint32_t schema = 24;
 constexpr int bufferSize = 65536;
 
@@ -500,93 +499,6 @@ void CopyToFile(benchmark::State& state)
     std::remove(Path().c_str());
 }
 
-/// Ten million fields of four kinds, 17 bytes for each four, through any writer.
-template <typename Put>
-void PutFields(Put&& put)
-{
-    for (std::size_t i = 0; i < fieldCount / 4; ++i) {
-        put(static_cast<std::int32_t>(i));
-        put(static_cast<double>(i));
-        put(static_cast<float>(i));
-        put(static_cast<unsigned char>(i));
-    }
-}
-
-template <typename Get>
-double SumOfFields(Get&& get)
-{
-    double sum = 0.0;
-    for (std::size_t i = 0; i < fieldCount / 4; ++i) {
-        std::int32_t word = 0;
-        double wide = 0.0;
-        float narrow = 0.0f;
-        unsigned char byte = 0;
-        get(word);
-        get(wide);
-        get(narrow);
-        get(byte);
-        sum += word + wide + narrow + byte;
-    }
-    return sum;
-}
-
-constexpr std::size_t fieldBytes = fieldCount / 4 * 17;
-
-void StoreFieldsByArchive(CFile& file)
-{
-    CArchive ar(&file, CArchive::store, bufferSize);
-    PutFields([&](auto value) { ar << value; });
-    ar.Close();
-}
-
-void StoreFieldsByHand(CFile& file)
-{
-    HandWriter writer(file);
-    PutFields(writer);
-    writer.Flush();
-}
-
-double LoadFieldsByArchive(CFile& file)
-{
-    CArchive ar(&file, CArchive::load, bufferSize);
-    return SumOfFields([&](auto& value) { ar >> value; });
-}
-
-double LoadFieldsByHand(CFile& file)
-{
-    HandReader reader(file);
-    return SumOfFields(reader);
-}
-
-void StoreFields(benchmark::State& state, void (*store)(CFile&))
-{
-    BlockFile expected(fieldBytes);
-    BlockFile file(fieldBytes);
-    StoreFieldsByHand(expected);
-    store(file);
-    if (!(file == expected)) {
-        state.SkipWithError("other bytes");
-    }
-    Time(state, fieldBytes, [&] {
-        file.SeekToBegin();
-        store(file);
-    });
-}
-
-void LoadFields(benchmark::State& state, double (*load)(CFile&))
-{
-    BlockFile file(fieldBytes);
-    StoreFieldsByHand(file);
-    file.SeekToBegin();
-    double const expected = LoadFieldsByHand(file);
-    Time(state, fieldBytes, [&] {
-        file.SeekToBegin();
-        if (load(file) != expected) {
-            state.SkipWithError("other fields");
-        }
-    });
-}
-
 template <typename Peer>
 void RegisterMesh(Peer const& peer)
 {
@@ -618,14 +530,6 @@ int main(int argc, char** argv)
     benchmark::RegisterBenchmark("MeshStore/memory/memcpy/1000000", CopyMemory)
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("MeshStore/file/OneWrite/1000000", CopyToFile)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("FieldsStore/mixed/Vorlane/10000000", StoreFields, StoreFieldsByArchive)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("FieldsStore/mixed/ByHand/10000000", StoreFields, StoreFieldsByHand)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("FieldsLoad/mixed/Vorlane/10000000", LoadFields, LoadFieldsByArchive)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("FieldsLoad/mixed/ByHand/10000000", LoadFields, LoadFieldsByHand)
         ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

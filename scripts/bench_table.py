@@ -27,7 +27,7 @@ def read_results(folder, pattern):
                 continue
             if "error_message" in row:
                 continue
-            parts = [part for part in row["run_name"].split("/") if ":" not in part and part != "real_time"]
+            parts = [part for part in row["run_name"].split("/") if ":" not in part and not part.endswith("_time")]
             operation, case, peer, size = (parts + ["", "", ""])[:4]
             time = row["cpu_time"] * NANOSECONDS[row["time_unit"]]
             table.setdefault((operation, case, size), {})[peer] = time
