@@ -86,5 +86,7 @@ TEST(SceneInspectTest, SaysWhereAndWhyAFileStopsFitting)
     EXPECT_EQ(printed, "offset 28: object.size needs 4 byte(s), but the file has 2 left");
     bytes.assign({0xFF, 0xFF, 0xFF, 0xFF, 0x02, 0, 0, 'a', 'b'});
     EXPECT_FALSE(BytesOfInspector(Kinds().at("text"), bytes, 24, printed));
-    EXPECT_EQ(printed, "offset 7: object.text is a text of 767 characters of 1 byte(s), but the file has 2 bytes left");
+    EXPECT_EQ(
+        printed,
+        "offset 7: object.text is a text of 767 characters of 1 byte(s), but the file has 2 bytes left");
 }
