@@ -208,11 +208,12 @@ TEST(IdealCoordinatesTest, ATrigonalPyramidHasItsAnglesOrThereIsNone)
             EXPECT_GT(sites[0].z, 0.0);
         }
     }
+    double const flat = 180 - 6e-6;
     double const degrees[][4] = {
         // three angles, and the points there are
-        {90, 90, 180, 0},        {170, 170, 170, 0}, {121, 120, 120, 0},    {0, 90, 90, 0},
-        {60, 60, 121, 0},        {60, 60, 119, 4},   {1e-5, 1e-5, 1e-5, 0}, {notANumber, 90, 90, 0},
-        {90, 90, notANumber, 0}, {60, 60, 120, 4},
+        {90, 90, 180, 0},        {170, 170, 170, 0}, {121, 120, 120, 0},     {0, 90, 90, 0},
+        {60, 60, 121, 0},        {60, 60, 119, 4},   {1e-5, 1e-5, 1e-5, 0},  {notANumber, 90, 90, 0},
+        {90, 90, notANumber, 0}, {60, 60, 120, 4},   {12e-6, flat, flat, 4},
     };
     for (auto const& row : degrees) {
         SCOPED_TRACE(testing::PrintToString(row));

@@ -185,8 +185,7 @@ TEST(EigenSolverTest, GivesTheBitsOfThePublishedLoops)
         for (bool isSparse : {false, true}) {
             std::vector<double> lower(static_cast<std::size_t>(n * (n + 1) / 2));
             for (double& element : lower) {
-                element =
-                    isSparse ? engine.Integer(-1, 1) * 0.0 + engine.Integer(-1, 1) / 2 : engine.Real(-9, 9);
+                element = isSparse ? engine.Integer(-1, 1) * 0.5 * engine.Integer(0, 1) : engine.Real(-9, 9);
             }
             QuadraticMatrix matrix = Symmetric(lower);
             matrix(0, n - 1) += 0.0; // mirror images that differ in the sign of zero
@@ -315,7 +314,6 @@ TEST(EigenSolverTest, GivesUpAfterThirtySweeps)
 {
     double const infinity = std::numeric_limits<double>::infinity();
     for (QuadraticMatrix const& matrix : {Diagonal({1, notANumber}), Symmetric({1, infinity, 2})}) {
-        ExpectEigenvalues(matrix, {}, false);
         QuadraticMatrix vectors;
         double values[2];
         EXPECT_FALSE(matrix.GetEigenvectorsAndEigenvalues(vectors, values));

@@ -120,9 +120,8 @@ private:
 /// A constraint is taken by `angular`, `trigonalPyramidal` and `seeSaw` alone; only the angles it answers
 /// with count, not its class. A trigonal pyramid with three angles that add up to a full turn is flat.
 ///
-/// \returns the number of points, which is one more than that of ligands; or 0, with `coordinates` empty, for
-/// a
-///          geometry without ideal sites, a constraint on any other geometry, and angles that no three
+/// \returns the number of points, which is one more than that of ligands; or 0, with `coordinates` empty,
+///          for a geometry without ideal sites, a constraint on any other geometry, and angles that no three
 ///          vectors have (each must lie strictly between 0 and pi; NaN is none).
 VORLANE_EXPORT int GetCoordinates(CoordinationGeometryType type,
                                   Orrin::LegacyArray<Spatia::Point3d>& coordinates,

@@ -180,8 +180,9 @@ bool PlaceTrigonalPyramid(double angle12, double angle13, double angle23, Point3
 {
     constexpr double root2 = 1.4142135623730951;
     constexpr double flat = 0.000001;
-    // Angles that add up to a full turn give a radius of 1, give or take a rounding below 1e-12.
-    constexpr double radiusRounding = 1e-9;
+    // Angles that add up to a full turn give a radius of 1, give or take a rounding. It grows as the first
+    // angle gets small, to 6e-9 where the triangle is about to count as flat.
+    constexpr double radiusRounding = 1e-8;
 
     double const cosine12 = std::cos(angle12);
     double const cosine13 = std::cos(angle13);

@@ -75,18 +75,16 @@ public:
     /// tridiagonal form and the QL algorithm with implicit shifts, and proves every pair against the matrix.
     ///
     /// \param eigenvectors gets this matrix's dimension; its column k is the eigenvector, of length 1 and
-    /// either
-    ///        sign, of `eigenvalues[k]`. This matrix itself is not changed, unless it is given here.
+    ///        either sign, of `eigenvalues[k]`. This matrix itself is not changed, unless it is given here.
     /// \param eigenvalues room for `Dimension()` values, filled in descending order; equal ones keep the
-    /// order in
-    ///        which the iteration found them.
+    ///        order in which the iteration found them.
     /// \return false, with both outputs untouched, if the matrix is empty or not symmetric or `eigenvalues`
-    /// is null;
-    ///         false, with both outputs incomplete and unsorted, if some eigenvalue takes more than 30
-    ///         sweeps, as NaN or infinite elements do; false, with both outputs complete and sorted, if for
-    ///         some pair an element of A·v − λ·v exceeds 1e-14·|λ| times the largest absolute element of that
-    ///         row of A. This bound has no floor, so that a singular matrix, with an eigenvalue near 0,
-    ///         usually answers false with outputs as good as any.
+    ///         is null; false, with both outputs incomplete and unsorted, if some eigenvalue takes more than
+    ///         30 sweeps, as most matrices with NaN or infinite elements do; false, with both outputs
+    ///         complete and sorted, if for some pair an element of A·v − λ·v exceeds 1e-14·|λ| times the
+    ///         largest absolute element of that row of A (NaN exceeds nothing). This bound has no floor, so
+    ///         that a singular matrix, with an eigenvalue near 0, usually answers false with outputs as good
+    ///         as any.
     ///
     /// The result is the same bits from every build. Time grows with the cube of the dimension, memory is the
     /// output and a few words for each row.

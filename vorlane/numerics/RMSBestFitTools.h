@@ -13,10 +13,10 @@ namespace Vorlane::RMSBestFitTools {
 /// Finds the plane with the least sum of squared distances from `points`.
 ///
 /// \param centroid gets a point of the plane, the mean of the points; the origin if there are none.
-/// \param normal gets the normal, of length 1 and either sign. Points on one line have many such planes; one
-/// of them
-///        is given. Without points, with one, or with points all equal it is (0, 0, 1); so too if a
-///        coordinate is NaN or infinite. Coordinates whose squares overflow (from about 1e154) give NaN.
+/// \param normal gets the normal, of length 1 and either sign. Points on one line have many such planes;
+///        one of them is given. Without points, with one, or with points all equal it is (0, 0, 1); so too
+///        if a coordinate is NaN or infinite. Coordinates whose squares overflow (from about 1e154) give NaN
+///        or (0, 0, 1).
 ///
 /// Time grows with the number of points.
 VORLANE_EXPORT void FindPlane(Orrin::LegacyArray<Spatia::Point3d> const& points, Spatia::Point3d& centroid,
@@ -28,9 +28,8 @@ VORLANE_EXPORT void FindPlane(Orrin::LegacyArray<Spatia::Point3d> const& points,
 /// on one line, leave the turn about the line open, and one of the best rotations is taken.
 ///
 /// \param points may be `first` or `second` itself.
-/// \return false, with `points` untouched, if the sets differ in size or are empty or `points` is empty; else
-/// true.
-///         A NaN or infinite coordinate in either set makes every point NaN.
+/// \return false, with `points` untouched, if the sets differ in size or are empty or `points` is empty;
+///         else true. A NaN or infinite coordinate in either set leaves no point without one.
 ///
 /// Time grows with the number of points.
 ///

@@ -95,9 +95,8 @@ VORLANE_EXPORT CArchive& operator<<(CArchive& archive, Rational const& value);
 
 /// Loads what the other operator stored, and brings it to lowest terms.
 ///
-/// \throws CArchiveException with the cause writeOnly if the archive is storing, endOfFile if it ends early;
-/// `value` is
-///         then unchanged.
+/// \throws CArchiveException with the cause writeOnly if the archive is storing, endOfFile if it ends
+///         early; `value` is then unchanged.
 VORLANE_EXPORT CArchive& operator>>(CArchive& archive, Rational& value);
 
 /// Writes the form "3/4". A width of the stream applies to each of the three items: with 4, one half is

@@ -1,14 +1,13 @@
 #include "vorlane/text/StringUtils.h"
 
+#include "vorlane/foundation/FloatRounding.h"
 #include "vorlane/text/NumberScanningInternal.h"
 
 #include <array>
 #include <cerrno>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -136,10 +135,7 @@ bool StringUtils::StringToReal(char const* text, float& value)
     if (!StringToReal(text, number)) {
         return false;
     }
-    // From half a unit of the last bit above the largest float on, a number rounds to infinity.
-    constexpr double overflow = 0x1.ffffffp127;
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    value = static_cast<float>(std::fabs(number) >= overflow ? std::copysign(infinity, number) : number);
+    value = RoundedToFloat(number);
     return true;
 }
 
