@@ -25,6 +25,11 @@ need_header() {
     fi
 }
 
+# need_file FILE PACKAGE: the package is wanted if the file is not there.
+need_file() {
+    [ -e "$1" ] || missing_packages+=("$2")
+}
+
 # need_clang_runtime: the sanitizer libraries of clang, which Debian packs apart from it.
 need_clang_runtime() {
     local probe

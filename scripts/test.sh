@@ -18,7 +18,7 @@ need_command clang-format clang-format
 need_command gdb gdb
 need_command pkg-config pkg-config
 need_command valgrind valgrind
-need_command localedef locales
+need_file /usr/share/i18n/locales/de_DE locales
 need_header gtest/gtest.h libgtest-dev
 need_header benchmark/benchmark.h libbenchmark-dev
 install_missing

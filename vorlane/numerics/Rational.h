@@ -6,6 +6,7 @@
 
 #include "vorlane/Export.h"
 #include "vorlane/foundation/FrameworkSurface.h"
+#include "vorlane/numerics/NumericUtils.h"
 
 #include <cstdint>
 #include <iosfwd>
