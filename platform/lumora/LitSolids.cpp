@@ -37,10 +37,15 @@ int CheckedFace(int face)
 
 } // namespace
 
-void CylinderPrimitive::GetVertices(Vertex& first, Vertex& second) const
+void CylinderPrimitive::GetVertices(Vertex& first, Vertex& second)
 {
     first = m_first;
     second = m_second;
+}
+
+void CylinderPrimitive::GetVertices(Vertex& first, Vertex& second) const
+{
+    const_cast<CylinderPrimitive&>(*this).GetVertices(first, second); // it only reads
 }
 
 void CylinderPrimitive::SetVertices(Vertex const& first, Vertex const& second)

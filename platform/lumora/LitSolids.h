@@ -43,8 +43,11 @@ private:
 class VORLANE_PLATFORM_EXPORT CylinderPrimitive : public LitPrimitive
 {
 public:
-    virtual void GetVertices(Vertex& first, Vertex& second) const;
+    virtual void GetVertices(Vertex& first, Vertex& second);
     virtual void SetVertices(Vertex const& first, Vertex const& second);
+
+    /// The same for a constant cylinder, also where a derived class replaces the first.
+    void GetVertices(Vertex& first, Vertex& second) const;
 
     float size = 0.0f;
 

@@ -15,9 +15,8 @@ namespace Orrin {
 
 /// Gives `vector` `size` entries, new ones as copies of `fill`.
 ///
-/// \throws std::length_error "vector<T> too long" if `size` is negative or too large for a signed 32-bit
-/// number
-///         or for the vector.
+/// \throws std::length_error "vector<T> too long" if `size` is negative, or too large for a signed 32-bit
+///         number or for the vector.
 /// \throws CMemoryException if the memory cannot be had; the vector is then as it was.
 template <typename T>
 void ResizeVector(std::vector<T>& vector, std::int64_t size, T const& fill)

@@ -48,6 +48,22 @@ inline std::string ToHex(Bytes const& bytes)
     return text;
 }
 
+using Vorlane::Serialize;
+
+/// Points and matrices, whose operators follow the mode of the archive.
+template <typename Value>
+auto Serialize(CArchive& ar, Value& value) -> decltype(Vorlane::operator>>(ar, value))
+{
+    return Vorlane::operator>>(ar, value);
+}
+
+/// Bytes in memory that pass for the file "named".
+struct NamedFile : CMemFile
+{
+    using CMemFile::CMemFile;
+    CString GetFilePath() const override { return "named"; }
+};
+
 /// An object of some kind that can be stored and loaded.
 class Subject
 {
@@ -69,7 +85,7 @@ public:
     /// Loads from the beginning of `bytes` and gives the number of bytes that were left.
     std::uint64_t Load(Bytes const& bytes, std::uint32_t schema, int bufferSize = 0)
     {
-        CMemFile file(bytes);
+        NamedFile file(bytes);
         CArchive ar(&file, CArchive::load, bufferSize);
         ar.m_nObjectSchema = schema;
         Transfer(ar);
@@ -82,20 +98,7 @@ class SubjectOf : public Subject
 {
 public:
     void Fill() override { VorlaneTest::Fill(object); }
-    void Transfer(CArchive& ar) override
-    {
-        if constexpr (std::is_same_v<T, Point2d>) {
-            Vorlane::SerializePoint2d(ar, object);
-        } else if constexpr (std::is_same_v<T, Point3d>) {
-            Vorlane::SerializePoint3d(ar, object);
-        } else if constexpr (std::is_same_v<T, Matrix3x3>) {
-            Vorlane::SerializeMatrix3x3(ar, object);
-        } else if constexpr (std::is_same_v<T, Matrix4x4>) {
-            Vorlane::SerializeMatrix4x4(ar, object);
-        } else {
-            Vorlane::Serialize(ar, object);
-        }
-    }
+    void Transfer(CArchive& ar) override { Serialize(ar, object); }
 
     T object;
 };

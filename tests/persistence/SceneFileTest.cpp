@@ -5,35 +5,12 @@
 #include <sys/resource.h>
 
 #include <cmath>
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 
 using namespace VorlaneTest;
 
 namespace {
-
-/// One object of every kind, in the order of an imagined application.
-std::vector<std::unique_ptr<Subject>> Scene()
-{
-    std::vector<std::unique_ptr<Subject>> scene;
-    for (MakeSubject make : {
-             Make<GraphicsAttributes>,     Make<SpherePrimitive>,
-             Make<EllipsoidPrimitive>,     Make<CylinderPrimitive>,
-             Make<ConePrimitive>,          Make<TrianglePrimitive>,
-             Make<TetrahedronPrimitive>,   Make<PlanePrimitive>,
-             Make<DotPrimitive>,           Make<IconPrimitive>,
-             Make<DashedLinePrimitive>,    Make<UnlitLinePrimitive>,
-             Make<LineArrayPrimitive>,     Make<ArcPrimitive>,
-             Make<UnlitTrianglePrimitive>, Make<RectanglePrimitive>,
-             Make<TriangleShapePrimitive>, Make<Text3DPrimitive>,
-             Make<TextCalloutPrimitive>,   Make<TriangleMeshPrimitive>,
-             Make<VolumePrimitive>,        Make<Matrix3x3>,
-         }) {
-        scene.push_back(make());
-    }
-    return scene;
-}
 
 long PeakKilobytes()
 {
@@ -43,36 +20,6 @@ long PeakKilobytes()
 }
 
 } // namespace
-
-TEST(SceneFileTest, SceneOfEveryPrimitiveGoesToAFileAndBack)
-{
-    std::string const path = testing::TempDir() + "vorlane_scene_test.bin";
-    for (int bufferSize : {1, 100, 65536}) {
-        SCOPED_TRACE(bufferSize);
-        auto const stored = Scene();
-        CFile output(path.c_str(), CFile::modeWrite | CFile::modeCreate);
-        CArchive storing(&output, CArchive::store, bufferSize);
-        storing.m_nObjectSchema = 24;
-        for (auto const& subject : stored) {
-            subject->Fill();
-            subject->Transfer(storing);
-        }
-        storing.Close();
-        output.Close();
-
-        CFile input(path.c_str(), CFile::modeRead);
-        CArchive loading(&input, CArchive::load, bufferSize);
-        loading.m_nObjectSchema = 24;
-        for (auto const& expected : stored) {
-            auto const fresh = Scene();
-            auto const& loaded = fresh[static_cast<std::size_t>(&expected - stored.data())];
-            loaded->Transfer(loading);
-            EXPECT_EQ(ToHex(loaded->Store(24)), ToHex(expected->Store(24)));
-        }
-        EXPECT_EQ(loading.GetRemaining(), 0u);
-    }
-    std::remove(path.c_str());
-}
 
 TEST(SceneFileTest, FullDeviceIsReported)
 {
