@@ -41,17 +41,13 @@ public:
 protected:
     int_type underflow() override
     {
-        if (m_position == m_bytes.size()) {
-            return traits_type::eof();
-        }
+        char* const first = m_bytes.data() + m_position;
         if (m_step > 0) {
-            std::size_t const count = std::min(m_step, m_bytes.size() - m_position);
-            char* const first = m_bytes.data() + m_position;
-            setg(first, first, first + count);
-            m_position += count;
-            return traits_type::to_int_type(*first);
+            setg(first, first, first + std::min(m_step, m_bytes.size() - m_position));
+            m_position += static_cast<std::size_t>(egptr() - gptr());
         }
-        return traits_type::to_int_type(m_bytes[m_position]);
+        return first == m_bytes.data() + m_bytes.size() ? traits_type::eof()
+                                                        : traits_type::to_int_type(*first);
     }
 
     int_type uflow() override
@@ -70,20 +66,11 @@ private:
     std::size_t m_position = 0;
 };
 
-/// "item|rest", with "end" and "end+fail" for the bits of a stream that is no longer good.
-std::string Describe(CString const& item, std::istream& stream)
-{
-    std::string rest = stream.eof() ? "end" : "";
-    rest += stream.fail() ? "+fail" : "";
-    if (rest.empty()) {
-        rest.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-    }
-    return Bytes(item) + '|' + rest;
-}
-
 using Scanner = std::function<std::string(std::string const&)>;
 
-Scanner Parsing(CString (*parse)(CString&))
+/// Each scanner gives "item|rest"; a Peek gives the item alone.
+template <typename Parse>
+Scanner Parsing(Parse parse)
 {
     return [parse](std::string const& input) {
         CString text = Text(input);
@@ -92,37 +79,44 @@ Scanner Parsing(CString (*parse)(CString&))
     };
 }
 
-Scanner Peeking(CString (*peek)(CString const&))
+template <typename Peek>
+Scanner Peeking(Peek peek)
 {
     return [peek](std::string const& input) {
         return Bytes(peek(Text(input)));
     };
 }
 
-Scanner Extracting(CString (*extract)(std::istream&))
+/// The rest of a stream that is no longer good is "end" or "end+fail".
+template <typename Extract>
+Scanner Extracting(Extract extract)
 {
     return [extract](std::string const& input) {
         std::istringstream stream(input);
-        CString const item = extract(stream);
-        return Describe(item, stream);
+        std::string const item = Bytes(extract(stream));
+        std::string rest = stream.eof() ? "end" : "";
+        rest += stream.fail() ? "+fail" : "";
+        if (rest.empty()) {
+            rest.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+        }
+        return item + '|' + rest;
     };
 }
 
 std::map<std::string, Scanner> const& DocumentedScanners()
 {
     static std::map<std::string, Scanner> const scanners = {
-        {"Parse()", Parsing([](CString& text) { return StringUtils::Parse(text); })},
-        {"Parse(',')", Parsing([](CString& text) { return StringUtils::Parse(text, ','); })},
+        {"Parse()", Parsing([](auto& text) { return StringUtils::Parse(text); })},
+        {"Parse(',')", Parsing([](auto& text) { return StringUtils::Parse(text, ','); })},
         {"ParseQuotedString()", Parsing(StringUtils::ParseQuotedString)},
-        {"Peek()", Peeking([](CString const& text) { return StringUtils::Peek(text); })},
-        {"Peek(',')", Peeking([](CString const& text) { return StringUtils::Peek(text, ','); })},
+        {"Peek()", Peeking([](auto const& text) { return StringUtils::Peek(text); })},
+        {"Peek(',')", Peeking([](auto const& text) { return StringUtils::Peek(text, ','); })},
         {"PeekQuotedString()", Peeking(StringUtils::PeekQuotedString)},
-        {"ExtractString()",
-         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream); })},
+        {"ExtractString()", Extracting([](auto& stream) { return StringUtils::ExtractString(stream); })},
         {"ExtractString(',')",
-         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream, ','); })},
+         Extracting([](auto& stream) { return StringUtils::ExtractString(stream, ','); })},
         {"ExtractString(\",;\")",
-         Extracting([](std::istream& stream) { return StringUtils::ExtractString(stream, ",;"); })}};
+         Extracting([](auto& stream) { return StringUtils::ExtractString(stream, ",;"); })}};
     return scanners;
 }
 
@@ -169,13 +163,14 @@ TEST(StringScanningTest, EveryScannerDoesWhatTheDocumentedTableShows)
 
 TEST(StringScanningTest, SetsOfDelimiters)
 {
+    using namespace std::string_literals;
     struct
     {
         std::string text;
         char const* delimiters;
-        char const* parsed;
+        std::string parsed;
         std::string left;
-        char const* peeked;
+        std::string peeked;
     } const rows[] = {{"a;b,c", ",;", "a", "b,c", "a"},
                       {";,;a b", ";,", "", ",;a b", "a b"},
                       {" a b", " ", "a", "b", "a"},
@@ -185,32 +180,21 @@ TEST(StringScanningTest, SetsOfDelimiters)
                       {",;", ",;", "", ";", ""},
                       {"\xE9\xFF\x80,", "\x80,", "\xE9\xFF", ",", "\xE9\xFF"},
                       {"\xFF\xFF", "\xFF", "", "\xFF", ""},
-                      {"\xA0\x85 a", ",;", "\xA0\x85 a", "", "\xA0\x85 a"}};
+                      {"\xA0\x85 a", ",;", "\xA0\x85 a", "", "\xA0\x85 a"},
+                      {"a\0b,\0 c"s, ",;", "a\0b"s, "\0 c"s, "a\0b"s}};
     for (auto const& row : rows) {
         CString text = Text(row.text);
-        EXPECT_STREQ(StringUtils::Peek(text, row.delimiters), row.peeked) << row.text;
-        EXPECT_STREQ(StringUtils::Parse(text, row.delimiters), row.parsed) << row.text;
+        EXPECT_EQ(Bytes(StringUtils::Peek(text, row.delimiters)), row.peeked) << row.text;
+        EXPECT_EQ(Bytes(StringUtils::Parse(text, row.delimiters)), row.parsed) << row.text;
         EXPECT_EQ(Bytes(text), row.left) << row.text;
     }
-}
-
-TEST(StringScanningTest, AZeroByteIsAnOrdinaryCharacter)
-{
-    std::string const zero("a\0b,\0 c", 7);
-    CString text = Text(zero);
-    EXPECT_EQ(Bytes(StringUtils::Peek(text)), zero.substr(0, 5));
-    EXPECT_EQ(Bytes(StringUtils::Peek(text, ",;")), zero.substr(0, 3));
+    // A zero byte is no white space, and a delimiter only if it is given as one.
+    CString text = Text("a\0b,\0 c"s);
+    EXPECT_EQ(Bytes(StringUtils::Peek(text)), "a\0b,\0"s);
     EXPECT_EQ(Bytes(StringUtils::Peek(text, '\0')), "a");
-    EXPECT_EQ(Bytes(StringUtils::Parse(text, ",;")), zero.substr(0, 3));
-    EXPECT_EQ(Bytes(StringUtils::Parse(text)), std::string(1, '\0'));
-    EXPECT_EQ(Bytes(text), "c");
-    text = Text(zero);
     EXPECT_EQ(Bytes(StringUtils::Parse(text, '\0')), "a");
-    EXPECT_EQ(Bytes(text), zero.substr(2));
-    // Only the numbers end at it.
-    text = Text(std::string("1\0x,2\0,3", 8));
-    Point3d const point = StringUtils::ParsePoint(text, ',');
-    EXPECT_TRUE(point.x == 1 && point.y == 2 && point.z == 3);
+    EXPECT_EQ(Bytes(StringUtils::Parse(text)), "b,\0"s);
+    EXPECT_EQ(Bytes(text), "c");
 }
 
 TEST(StringScanningTest, NumbersTakeTheLongestFront)
@@ -226,27 +210,24 @@ TEST(StringScanningTest, NumbersTakeTheLongestFront)
                       {"abc,3", 0, "3", 0},
                       {",4,5", 0, "4,5", 4},
                       {"", 0, "", 0},
-                      {"  -1.5e1 ,2", -15, "2", -15},
                       {"\t,,7", 0, ",7", 0},
-                      {"1e999,1", infinity, "1", infinity},
+                      {"  -1.5e1 ,2", -15, "2", -15},
                       {"-1e999", -infinity, "", -infinity},
                       {"1e-999", 0, "", 0},
-                      {"4.9e-324x", 4.9e-324, "", 4.9e-324},
+                      {"1e999,1", infinity, "1", infinity},
                       {"0x1p3z,", 8, "", 8},
-                      {"1.5.5", 1.5, "", 1.5}};
-    for (auto const& row : rows) {
-        for (bool asSet : {true, false}) {
+                      {"1.5.5", 1.5, "", 1.5},
+                      {"4.9e-324x", 4.9e-324, "", 4.9e-324}};
+    auto const check = [&](auto comma) {
+        for (auto const& row : rows) {
             CString text(row.text);
-            EXPECT_EQ(asSet ? StringUtils::PeekRealNumber(text, ",") : StringUtils::PeekRealNumber(text, ','),
-                      row.peeked)
-                << row.text;
-            EXPECT_EQ(asSet ? StringUtils::ParseRealNumber(text, ",")
-                            : StringUtils::ParseRealNumber(text, ','),
-                      row.parsed)
-                << row.text;
+            EXPECT_EQ(StringUtils::PeekRealNumber(text, comma), row.peeked) << row.text;
+            EXPECT_EQ(StringUtils::ParseRealNumber(text, comma), row.parsed) << row.text;
             EXPECT_STREQ(text, row.left) << row.text;
         }
-    }
+    };
+    check(",");
+    check(',');
     CString digits("15e3");
     EXPECT_EQ(StringUtils::ParseRealNumber(digits, '5'), 1);
     EXPECT_EQ(StringUtils::PeekRealNumber(digits, "e"), 3);
@@ -256,27 +237,33 @@ TEST(StringScanningTest, PointsTakeThreeFieldsWhateverTheyHold)
 {
     struct
     {
-        char const* text;
+        std::string text;
         Point3d point;
         char const* left;
-    } const rows[] = {
-        {"1,2,3,4", {1, 2, 3}, "4"}, {"1,x,3,4", {0, 0, 0}, "4"},  {"1,2", {0, 0, 0}, ""},
-        {"1 ,2,3", {0, 0, 0}, ""},   {" 1, 2,\n3", {1, 2, 3}, ""}, {"1,,3,4", {0, 0, 0}, "4"},
-        {",1,2,3", {0, 0, 0}, "3"},  {"1,2,3,", {1, 2, 3}, ""},    {"1,2,1e999,4", {0, 0, 0}, "4"},
-        {"", {0, 0, 0}, ""},         {"1,2,3 ,4", {0, 0, 0}, "4"}};
-    for (auto const& row : rows) {
-        for (bool asSet : {true, false}) {
-            CString text(row.text);
-            Point3d const peeked =
-                asSet ? StringUtils::PeekPoint(text, ",") : StringUtils::PeekPoint(text, ',');
-            EXPECT_STREQ(text, row.text);
-            Point3d const parsed =
-                asSet ? StringUtils::ParsePoint(text, ",") : StringUtils::ParsePoint(text, ',');
-            EXPECT_EQ(parsed.Distance2(row.point), 0) << row.text;
-            EXPECT_EQ(peeked.Distance2(row.point), 0) << row.text;
+    } const rows[] = {{"1,2,3,4", {1, 2, 3}, "4"},
+                      {"1,x,3,4", {0, 0, 0}, "4"},
+                      {"1,2", {0, 0, 0}, ""},
+                      {"1 ,2,3", {0, 0, 0}, ""},
+                      {" 1, 2,\n3", {1, 2, 3}, ""},
+                      {"1,,3,4", {0, 0, 0}, "4"},
+                      {",1,2,3", {0, 0, 0}, "3"},
+                      {"1,2,3,", {1, 2, 3}, ""},
+                      {"1,2,1e999,4", {0, 0, 0}, "4"},
+                      {"", {0, 0, 0}, ""},
+                      {"1,2,3 ,4", {0, 0, 0}, "4"},
+                      // A number ends at a zero byte.
+                      {std::string("1\0x,2\0,3", 8), {1, 2, 3}, ""}};
+    auto const check = [&](auto comma) {
+        for (auto const& row : rows) {
+            CString text = Text(row.text);
+            EXPECT_EQ(StringUtils::PeekPoint(text, comma).Distance2(row.point), 0) << row.text;
+            EXPECT_EQ(Bytes(text), row.text);
+            EXPECT_EQ(StringUtils::ParsePoint(text, comma).Distance2(row.point), 0) << row.text;
             EXPECT_STREQ(text, row.left) << row.text;
         }
-    }
+    };
+    check(",");
+    check(',');
 }
 
 TEST(StringScanningTest, ChecksOfCharacters)
@@ -360,28 +347,20 @@ TEST(StringScanningTest, StreamsDeliverItemsOfEveryLengthWhole)
     }
 }
 
-TEST(StringScanningTest, LinesAreReadWithoutBlankOnes)
+TEST(StringScanningTest, StreamsLeaveTheirBitsAsTheItemsEnd)
 {
-    std::istringstream stream("\n \r\n  text \r\n\n\nlast ");
-    EXPECT_STREQ(StringUtils::ExtractLine(stream), "text \r");
-    EXPECT_STREQ(StringUtils::ExtractLine(stream), "last ");
-    EXPECT_TRUE(stream.eof() && !stream.fail());
-    std::istringstream blank(" \n ");
-    EXPECT_STREQ(StringUtils::ExtractLine(blank), "");
-    EXPECT_TRUE(blank.eof() && !blank.fail());
-    std::istringstream commas(",,a,");
-    EXPECT_STREQ(StringUtils::ExtractString(commas, ','), "");
-    EXPECT_STREQ(StringUtils::ExtractString(commas, ','), "");
-    EXPECT_STREQ(StringUtils::ExtractString(commas, ','), "a");
-    EXPECT_TRUE(commas.good());
-}
-
-TEST(StringScanningTest, ANullOrEmptySetOfAStreamIsABlank)
-{
-    for (char const* delimiters : {static_cast<char const*>(nullptr), ""}) {
-        std::istringstream stream("a\tb c");
-        EXPECT_STREQ(StringUtils::ExtractString(stream, delimiters), "a\tb");
-        EXPECT_EQ(stream.get(), ' ');
+    auto const line = Extracting(StringUtils::ExtractLine);
+    EXPECT_EQ(line("\n \r\n  text \r\n\n\nlast "), "text \r|\n\nlast ");
+    EXPECT_EQ(line("\n\nlast "), "last |end");
+    EXPECT_EQ(line(" \n "), "|end");
+    auto const field = Extracting([](auto& stream) { return StringUtils::ExtractString(stream, ','); });
+    EXPECT_EQ(field(",,a,"), "|,a,");
+    EXPECT_EQ(field("a,"), "a|");
+    // A null or empty set of delimiters is a blank.
+    for (char const* set : {static_cast<char const*>(nullptr), ""}) {
+        EXPECT_EQ(
+            Extracting([set](auto& stream) { return StringUtils::ExtractString(stream, set); })("a\tb c"),
+            "a\tb| c");
     }
 }
 

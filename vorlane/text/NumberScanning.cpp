@@ -215,16 +215,14 @@ double RoundDecimal(Decimal const& decimal)
     return value;
 }
 
-/// A decimal number from `first` to `end` whose digits end at `digitsEnd` and stand for more than 0.
-/// from_chars rounds correctly, but it cuts an exponent of more than five digits, so only short texts go to
-/// it as they are.
+/// A decimal number whose digits, which stand for more than 0, go from `first` to `digitsEnd`. from_chars
+/// rounds any number of digits correctly, but it does not tell too large from too small, nor what was lost
+/// below the normal range.
 ScannedReal RoundHardNumber(char const* first, char const* digitsEnd, Exponent exponent)
 {
-    constexpr std::ptrdiff_t shortText = 64;
     double value = 0.0;
-    if (exponent.end - first <= shortText && std::from_chars(first, exponent.end, value).ec == std::errc() &&
-        value > smallestNormal) {
-        return {value, exponent.end, value == infinity};
+    if (std::from_chars(first, exponent.end, value).ec == std::errc() && value > smallestNormal) {
+        return {value, exponent.end, false};
     }
     Decimal const decimal = CollectDigits(first, digitsEnd, exponent.value);
     value = RoundDecimal(decimal);

@@ -60,7 +60,8 @@ extern template class Pattern<CString>;
 ///
 /// An expression is compiled by the first Match that needs it. That takes time linear in its length, and a
 /// search takes time linear in the length of the text, whatever the expression. The tables of a search grow
-/// with what it meets, to some 8 MB, and stay with the object until it is assigned to or destroyed.
+/// with what it meets, to some 14 MB, or to more for an expression of thousands of characters, and stay with
+/// the object until it is assigned to or destroyed.
 class VORLANE_EXPORT RegExpression : public Pattern<CString>
 {
 public:

@@ -40,6 +40,9 @@ constexpr int shortMatch = 24;
 /// needs stays small.
 constexpr std::ptrdiff_t shortestStretch = 4096;
 
+/// So many ways are kept; those of the states behind them are found anew each time.
+constexpr std::size_t maximumWays = std::size_t(1) << 18;
+
 constexpr Neighbour allNeighbours[] = {Neighbour::edge, Neighbour::word, Neighbour::other};
 
 } // namespace
@@ -492,10 +495,10 @@ InstructionIndex BackwardAutomaton::Walk(Entry row, InstructionIndex from, char 
                                          Bounds& bounds)
 {
     Way way;
-    if (m_keepsWays) {
-        std::size_t const place = m_table.NumberOf(row) * m_program.instructions.size() + from;
+    std::size_t const place = m_table.NumberOf(row) * m_program.instructions.size() + from;
+    if (m_keepsWays && place < maximumWays) {
         if (place >= m_ways.size())
-            m_ways.resize(m_table.StateCount() * m_program.instructions.size());
+            m_ways.resize(std::min(m_table.StateCount() * m_program.instructions.size(), maximumWays));
         if (!m_ways[place].isKnown)
             m_ways[place] = FindWay(row, from, Neighbour::other);
         way = m_ways[place];

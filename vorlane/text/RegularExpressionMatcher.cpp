@@ -1,15 +1,12 @@
 /// \file
 /// The search for the leftmost match, in layers:
 ///
-/// 1. A literal that each match contains, if the text is long: without it there is nothing to find. An
-/// expression
-///    that is a literal ends here.
-/// 2. Scanners lead to the positions where a match can begin: a literal, a set of a few intervals, or the
-/// first
-///    three bytes (RegularExpressionScanners.cpp).
+/// 1. If the text is long, a literal that each match contains is looked for: without it there is nothing to
+///    find. If each match ends with the text, the last bytes may show that there is none.
+/// 2. Scanners lead to the positions where a match can begin: a literal, which may be the whole expression, a
+///    set of a few intervals, or the first three bytes (RegularExpressionScanners.cpp).
 /// 3. From such a position the forward automaton finds the end of a match that begins just there, or fails.
-/// Where
-///    failures have cost more than the way they led, it goes on from anywhere at once, and the backward
+///    Where failures have cost more than the way they led, it goes on from anywhere at once, and the backward
 ///    automaton finds the begin for the end that it comes to. Either way each byte is read a bounded number
 ///    of times.
 /// 4. If there are groups, the backward automaton finds them in the span of the match alone.

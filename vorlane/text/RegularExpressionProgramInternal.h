@@ -3,9 +3,8 @@
 
 /// \file
 /// The nodes of a compiled expression as instructions of a nondeterministic automaton in the manner of
-/// Thompson
-/// ("Regular expression search algorithm", 1968), with the order of the choices kept as their priority (Pike;
-/// described by Cox, "Regular Expression Matching: the Virtual Machine Approach", 2009).
+/// Thompson ("Regular expression search algorithm", 1968), with the order of the choices kept as their
+/// priority (Pike; described by Cox, "Regular Expression Matching: the Virtual Machine Approach", 2009).
 
 #include "vorlane/text/RegularExpressionInternal.h"
 

@@ -138,9 +138,9 @@ struct VORLANE_EXPORT StringUtils
     static bool StringToInteger(char const* text, short& value);
 
     /// White space, a sign if there is one, and a decimal number with or without an exponent, a hexadecimal
-    /// one
-    /// ("0x1.8p3"), "inf", "infinity", "nan" or "nan(...)", in either case; rounded to the nearest double,
-    /// ties to even. A number that is too large, or below the normal range and not exact there, fails.
+    /// one ("0x1.8p3"), "inf", "infinity", "nan" or "nan(...)", in either case; rounded to the nearest
+    /// double, ties to even. A number that is too large, or below the normal range and not exact there,
+    /// fails.
     static bool StringToReal(char const* text, double& value);
 
     /// The same, then rounded to a float, which is infinite where the number is beyond the range of floats.
