@@ -1,3 +1,4 @@
+#include "tests/support/AllocationFailure.h"
 #include "tests/support/Seed.h"
 #include "tests/text/SlowExpression.h"
 #include "vorlane/text/Pattern.h"
@@ -23,8 +24,7 @@ using VorlaneTest::SlowExpression;
 
 namespace {
 
-// The number of cases and the lengths of texts are divided by this, so that a run with sanitizers is quick,
-// too.
+// The number of cases and the lengths of texts are divided by this, so that a run with sanitizers is quick.
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
 #define VORLANE_WITH_SANITIZER
@@ -257,6 +257,14 @@ TEST(ExpressionMatcher, StartsItsTablesAfreshWhenTheyAreFull)
     EXPECT_EQ(compiled->m_groupEnd[0] - text.c_str(), static_cast<std::ptrdiff_t>(lastA + 15));
     EXPECT_EQ(compiled->m_groupStart[2] - text.c_str(), static_cast<std::ptrdiff_t>(lastA));
     EXPECT_EQ(compiled->m_groupEnd[1], compiled->m_groupStart[2]);
+    // So are those of the walk backwards; nothing that is kept grows beyond a few MB.
+    text[15] = 'a';
+    Compiled const backward =
+        Compile("([ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab])a([ab]*)");
+    VorlaneTest::AllocationLimit const limit(std::size_t(8) << 20);
+    ASSERT_TRUE(SearchExpression(backward.get(), text.c_str(), text.size()));
+    EXPECT_EQ(backward->m_groupEnd[1] - text.c_str(), 15);
+    EXPECT_EQ(backward->m_groupEnd[2], text.c_str() + text.size());
 }
 
 // Each of these sends plain backtracking through exponentially many ways, or deep into recursion.
