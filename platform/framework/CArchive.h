@@ -99,7 +99,9 @@ public:
     std::uint64_t GetRemaining() const;
 
     /// A bool takes 1 byte, 1 or 0; any byte but 0 is loaded as true. `long` and `unsigned long` take 4
-    /// bytes: the low 32 bits are stored, and their value as a signed or unsigned number is loaded.
+    /// bytes: the low 32 bits are stored, and their value as a signed or unsigned number is loaded. So do
+    /// `std::int64_t`, `std::uint64_t` and `std::size_t` where they are these types, as on 64-bit Linux; a
+    /// `long long` takes 8 bytes everywhere.
     CArchive& operator<<(bool value) { return Insert(static_cast<std::uint8_t>(value ? 1 : 0)); }
     CArchive& operator<<(char value) { return Insert(static_cast<std::uint8_t>(value)); }
     CArchive& operator<<(signed char value) { return Insert(static_cast<std::uint8_t>(value)); }

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -192,6 +193,14 @@ unsigned int CMemFile::Read(void* bytes, unsigned int count)
 void CMemFile::Write(void const* bytes, unsigned int count)
 {
     unsigned char const* const begin = static_cast<unsigned char const*>(bytes);
+    std::less<unsigned char const*> const isBefore;
+    if (!isBefore(begin, m_bytes.data()) && isBefore(begin, m_bytes.data() + m_bytes.size())) {
+        // They would move while the file grows.
+        auto const copy =
+            AfxWithMemoryException([&] { return std::vector<unsigned char>(begin, begin + count); });
+        Write(copy.data(), count);
+        return;
+    }
     std::size_t const overwritten = std::min<std::size_t>(count, m_bytes.size() - m_position);
     AfxWithMemoryException([&] { m_bytes.insert(m_bytes.end(), begin + overwritten, begin + count); });
     std::copy(begin, begin + overwritten, m_bytes.data() + m_position);

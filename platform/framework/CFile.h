@@ -90,7 +90,7 @@ public:
     std::vector<unsigned char> const& Bytes() const noexcept { return m_bytes; }
 
     unsigned int Read(void* bytes, unsigned int count) override;
-    /// Overwrites and extends; a failed allocation raises CMemoryException.
+    /// Overwrites and extends, also with bytes of this file; a failed allocation raises CMemoryException.
     void Write(void const* bytes, unsigned int count) override;
     void Flush() override;
     /// Keeps the content.

@@ -14,11 +14,6 @@
 
 namespace {
 
-bool IsWhiteSpace(char character)
-{
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
 char ToLower(char character)
 {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
@@ -183,7 +178,7 @@ CString CString::Mid(int first, int count) const
 CString& CString::TrimLeft()
 {
     char const* const text = GetText();
-    DropFront(static_cast<int>(std::find_if_not(text, text + m_length, IsWhiteSpace) - text));
+    DropFront(static_cast<int>(std::find_if_not(text, text + m_length, AfxIsWhiteSpace) - text));
     return *this;
 }
 
@@ -191,7 +186,7 @@ CString& CString::TrimRight()
 {
     char const* const text = GetText();
     int length = m_length;
-    while (length > 0 && IsWhiteSpace(text[length - 1])) {
+    while (length > 0 && AfxIsWhiteSpace(text[length - 1])) {
         --length;
     }
     if (length < m_length) {

@@ -14,6 +14,12 @@
 #include <cstring>
 #include <utility>
 
+/// Whether this is a blank, tab, LF, VT, FF or CR: the white space of all texts, whatever the locale.
+constexpr bool AfxIsWhiteSpace(char character)
+{
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
 /// A text of 8-bit characters with value semantics, always readable as a zero-terminated buffer.
 ///
 /// A text of up to 15 bytes may lie in the object itself. Otherwise copies share their storage until one of
@@ -145,8 +151,7 @@ public:
         return m_length;
     }
 
-    /// Remove white space (blank, tab, LF, VT, FF, CR, whatever the locale) at one end; both return this
-    /// text.
+    /// Remove white space (AfxIsWhiteSpace) at one end; both return this text.
     CString& TrimLeft();
     CString& TrimRight();
 

@@ -297,7 +297,15 @@ TEST(CArchiveTest, TheWrongModeIsRefusedWithTheFilesName)
     EXPECT_EQ(CauseOf([&] { loading >> number; }, path), +CArchiveException::endOfFile);
     EXPECT_EQ(number, 5);
     EXPECT_EQ(storing.m_nObjectSchema, 0xFFFFFFFFu);
+    // A text or a block of elements that ends early names no file.
+    CString text;
+    CArray<int, int> array;
+    storing.Write("\2\0ab", 4);
     storing.Close();
+    file.SeekToBegin();
+    EXPECT_EQ(CauseOf([&] { array.Serialize(loading); }), +CArchiveException::endOfFile);
+    file.SeekToBegin();
+    EXPECT_EQ(CauseOf([&] { loading.ReadCount(), loading >> text; }), +CArchiveException::endOfFile);
     EXPECT_EQ(CauseOf([&] { storing << number; }), +CArchiveException::generic);
     EXPECT_THROW(CArchive(nullptr, CArchive::load), CInvalidArgException);
     EXPECT_THROW(CArchive(&file, 2), CInvalidArgException);
@@ -324,11 +332,11 @@ TEST(CArchiveTest, BlocksOfAnySizeMixWithFields)
     CArchive loading(&file, CArchive::load, 777);
     for (unsigned int const size : sizes) {
         Bytes taken(size);
-        unsigned int told = 0;
+        unsigned int sizeBehind = 0;
         ASSERT_EQ(loading.Read(taken.data(), size), size);
         ASSERT_TRUE(std::equal(taken.begin(), taken.end(), block.begin()));
-        loading >> told;
-        ASSERT_EQ(told, size);
+        loading >> sizeBehind;
+        ASSERT_EQ(sizeBehind, size);
     }
     EXPECT_EQ(loading.Read(block.data(), 5000), 0u);
 }

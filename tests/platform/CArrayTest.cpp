@@ -40,11 +40,9 @@ TEST(CArrayTest, CapacityGrowsByTheRule)
 {
     struct Row
     {
-        int firstSize;
-        int growBy;
+        int firstSize, growBy;
         int sizeBetween; // no larger than the first
-        int nextSize;
-        int capacity;
+        int nextSize, capacity;
     };
     Row const rows[] = {
         {10, 0, 10, 11, 14},       {47, 0, 47, 48, 52},         {48, 0, 48, 49, 54},
@@ -84,7 +82,7 @@ TEST(CArrayTest, ExposedElementsAreNewAgain)
 TEST(CArrayTest, RefusesIndexesAndSizesOutOfRange)
 {
     Ints array;
-    array.SetSize(3, INT_MAX - 1);
+    array.SetSize(3, INT_MAX - 1); // so that the sum of capacity and step overflows in the last row
     array.SetSize(3, 0);
     std::function<void()> const operations[] = {
         [&] { array.GetAt(-1); },
@@ -95,7 +93,7 @@ TEST(CArrayTest, RefusesIndexesAndSizesOutOfRange)
         [&] { array.SetSize(-1, 4); },
         [&] { array.SetAtGrow(-1, 1); },
         [&] { array.SetAtGrow(INT_MAX, 1); },
-        [&] { array.SetSize(INT_MAX, INT_MAX); }, // the sum of capacity and step overflows
+        [&] { array.SetSize(INT_MAX, INT_MAX); },
     };
     for (auto const& operation : operations) {
         EXPECT_THROW(operation(), CInvalidArgException) << &operation - operations;
@@ -170,16 +168,14 @@ TEST(CArrayTest, KeepsSizeAndElementsWhenMemoryRunsOut)
             [&] { array.SetAtGrow(9, 1); },
             [&] { array.Copy(other); },
         };
-        auto const prepare = [&] {
-            array.RemoveAll();
-            array.SetSize(size, 0);
-        };
         auto const check = [&] {
             EXPECT_EQ(array.GetSize(), size);
             EXPECT_EQ(array.GetCapacity(), size);
         };
         for (auto const& operation : operations) {
-            EXPECT_EQ(VorlaneTest::ForEachFailedAllocation(prepare, operation, check), 1);
+            array.SetSize(size, 0);
+            EXPECT_EQ(VorlaneTest::ForEachFailedAllocation([] {}, operation, check), 1);
+            array.RemoveAll();
         }
     }
     VorlaneTest::AllocationLimit const limit(1 << 20);

@@ -154,4 +154,8 @@ TEST(CMemFileTest, OverwritesAndExtends)
     file.Write(more, 3);
     EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 7, 8, 9}));
     EXPECT_EQ(file.Read(&byte, 1), 0u);
+    file.SeekToBegin();
+    file.Read(&byte, 1);
+    file.Write(file.Bytes().data(), 4); // which move meanwhile
+    EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 1, 7, 8, 9}));
 }

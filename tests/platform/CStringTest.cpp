@@ -24,6 +24,16 @@ std::string Bytes(CString const& text)
     return std::string(text, static_cast<std::size_t>(text.GetLength()));
 }
 
+/// The texts with a bar behind each.
+std::string Listed(std::initializer_list<CString> texts)
+{
+    std::string all;
+    for (CString const& text : texts) {
+        all += Bytes(text) + '|';
+    }
+    return all;
+}
+
 CString WithoutBytes(CString text, int first, int count)
 {
     int const length = text.Delete(first, count);
@@ -54,81 +64,38 @@ TEST(CStringTest, OperationsGiveTheirBytes)
 {
     wchar_t const wide[] = {L'a', wchar_t{0xE9}, wchar_t{0x100}, wchar_t{-1}, L'\0', wchar_t{0xFF}};
     CString const text("abcd");
+    CString const digits("0123456789abcdefghij");
     CString const blanks(" \t\n\v\f\r\xA0 x\x85 \r\f\v\n\t ");
-    struct Row
-    {
-        char const* name;
-        CString result;
-        std::string expected;
-    };
-    Row const rows[] = {
-        {"null", CString(null), ""},
-        {"null of length 0", CString(null, 0), ""},
-        {"bytes", CString("a\0b", 3), "a\0b"s},
-        {"wide", CString(wide, 6), "a\xE9??\0\xFF"s},
-        {"Left -1", text.Left(-1), ""},
-        {"Left 3", text.Left(3), "abc"},
-        {"Left most", text.Left(INT_MAX), "abcd"},
-        {"Mid least", text.Mid(INT_MIN), "abcd"},
-        {"Mid 2", text.Mid(2), "cd"},
-        {"Mid 4", text.Mid(4), ""},
-        {"Mid most", text.Mid(INT_MAX), ""},
-        {"Mid 2 100", text.Mid(2, 100), "cd"},
-        {"Mid -5 2", text.Mid(-5, 2), "ab"},
-        {"Mid 1 -1", text.Mid(1, -1), ""},
-        {"Mid 9 1", text.Mid(9, 1), ""},
-        {"Mid 3 most", text.Mid(3, INT_MAX), "d"},
-        {"Mid of Mid", text.Mid(1).Mid(1).Left(1), "c"},
-        {"TrimLeft", CString(blanks).TrimLeft(), "\xA0 x\x85 \r\f\v\n\t "},
-        {"TrimRight", CString(blanks).TrimRight(), " \t\n\v\f\r\xA0 x\x85"},
-        {"Trim all", CString(" \n ").TrimRight(), ""},
-        {"MakeLower", CString("A@Z[\xC4z").MakeLower(), "a@z[\xC4z"},
-        {"Delete front", WithoutBytes("0123456789abcdefghij", -1, 2), "23456789abcdefghij"},
-        {"Delete most", WithoutBytes("0123456789abcdefghij", 0, 18), "ij"},
-        {"Delete inside", WithoutBytes("0123456789abcdefghij", 1, 17), "0ij"},
-        {"Delete end", WithoutBytes(text, 3, INT_MAX), "abc"},
-        {"Delete none", WithoutBytes(text, 4, 1) + WithoutBytes(text, 0, -1), "abcdabcd"},
-        {"joined", 'a' + text + 'b' + "c" + text.Left(1) + null, "aabcdbca"},
-        {"formatted", Formatted(0), "x"},
-        {"formatted 255", Formatted(254), std::string(254, ' ') + "x"},
-        {"formatted 256", Formatted(255), std::string(255, ' ') + "x"},
-        {"formatted long", Formatted(100000), std::string(100000, ' ') + "x"},
-        {"unchanged", text, "abcd"},
-        {"unchanged", blanks, " \t\n\v\f\r\xA0 x\x85 \r\f\v\n\t "},
-    };
-    for (Row const& row : rows) {
-        EXPECT_EQ(Bytes(row.result), row.expected) << row.name;
+    EXPECT_EQ(
+        Listed({CString(null), CString(nullptr), CString(null, 0), CString("a\0b", 3), CString(wide, 6)}),
+        "|||a\0b|a\xE9??\0\xFF|"s);
+    EXPECT_EQ(Listed({text.Left(-1), text.Left(3), text.Left(INT_MAX), text.Mid(1).Mid(1).Left(1)}),
+              "|abc|abcd|c|");
+    EXPECT_EQ(Listed({text.Mid(INT_MIN), text.Mid(2), text.Mid(4), text.Mid(INT_MAX), text.Mid(2, 100),
+                      text.Mid(-5, 2), text.Mid(1, -1), text.Mid(9, 1), text.Mid(3, INT_MAX)}),
+              "abcd|cd|||cd|ab|||d|");
+    EXPECT_EQ(Listed({CString(blanks).TrimLeft(), CString(blanks).TrimRight(), CString(" \n ").TrimRight(),
+                      CString("A@Z[\xC4z").MakeLower()}),
+              "\xA0 x\x85 \r\f\v\n\t | \t\n\v\f\r\xA0 x\x85||a@z[\xC4z|");
+    EXPECT_EQ(Listed({WithoutBytes(digits, -1, 2), WithoutBytes(digits, 0, 18), WithoutBytes(digits, 1, 17),
+                      WithoutBytes(text, 3, INT_MAX), WithoutBytes(text, 4, 1), WithoutBytes(text, 0, -1)}),
+              "23456789abcdefghij|ij|0ij|abc|abcd|abcd|");
+    EXPECT_EQ(Listed({'a' + text + 'b' + "c" + text.Left(1) + null, text, blanks}),
+              "aabcdbca|abcd| \t\n\v\f\r\xA0 x\x85 \r\f\v\n\t |");
+    for (int const width : {0, 254, 255, 100000}) {
+        EXPECT_EQ(Bytes(Formatted(width)), std::string(Size(width), ' ') + "x");
     }
 }
 
 TEST(CStringTest, FindsBytesAndReadsThemUpToTheTerminator)
 {
     CString const text = CString("xab\0b\xA0", 6).Mid(1);
-    struct Row
-    {
-        char const* name;
-        int result;
-        int expected;
-    };
-    Row const rows[] = {
-        {"b", text.Find('b'), 1},
-        {"b from 2", text.Find('b', 2), 3},
-        {"zero byte", text.Find('\0'), 2},
-        {"A0", text.Find('\xA0', 4), 4},
-        {"from -1", text.Find('a', -1), -1},
-        {"from the end", text.Find('\0', 5), -1},
-        {"from most", text.Find('a', INT_MAX), -1},
-        {"one of", text.FindOneOf("\xA0zb"), 1},
-        {"one of high", text.FindOneOf("z\xA0"), 4},
-        {"one of none", text.FindOneOf(""), -1},
-        {"one of null", text.FindOneOf(null), -1},
-        {"byte 4", text[4], '\xA0'},
-        {"terminator", text.GetAt(5), 0},
-        {"terminator of nothing", CString()[0], 0},
-    };
-    for (Row const& row : rows) {
-        EXPECT_EQ(row.result, row.expected) << row.name;
-    }
+    EXPECT_EQ((std::vector<int>{text.Find('b'), text.Find('b', 2), text.Find('\0'), text.Find('\xA0', 4),
+                                text.Find('a', -1), text.Find('\0', 5), text.Find('a', INT_MAX)}),
+              (std::vector<int>{1, 3, 2, 4, -1, -1, -1}));
+    EXPECT_EQ((std::vector<int>{text.FindOneOf("\xA0zb"), text.FindOneOf("z\xA0"), text.FindOneOf(""),
+                                text.FindOneOf(null), text[4], text.GetAt(5), CString()[0]}),
+              (std::vector<int>{1, 4, -1, -1, '\xA0', 0, 0}));
     try {
         text.GetAt(6);
         ADD_FAILURE();
@@ -230,45 +197,43 @@ TEST(CStringTest, BadArgumentsAreRefused)
 TEST(CStringTest, BehavesAsAnIndependentValue)
 {
     // Random operations on texts that share storage or are short enough to need none, beside std::string.
-    using Operation = void (*)(CString&, CString&, std::string&, std::string&, int);
-    constexpr std::size_t all = std::string::npos;
+    struct Twins
+    {
+        CString text;
+        std::string twin;
+    };
+    using Operation = void (*)(Twins&, Twins&, int);
     Operation const operations[] = {
-        [](CString& a, CString& b, std::string& c, std::string& d, int) { a = b, c = d; },
-        [](CString& a, CString& b, std::string& c, std::string& d, int) { a += b, c += std::string(d); },
-        [](CString& a, CString&, std::string& c, std::string&, int n) {
-            a += static_cast<char>('A' + n), c += static_cast<char>('A' + n);
+        [](Twins& a, Twins& b, int) { a.text = b.text, a.twin = b.twin; },
+        [](Twins& a, Twins& b, int) { a.text += b.text, a.twin += std::string(b.twin); },
+        [](Twins& a, Twins&, int n) {
+            a.text += static_cast<char>('A' + n), a.twin += static_cast<char>('A' + n);
         },
-        [](CString& a, CString& b, std::string& c, std::string& d, int n) {
-            a = b.Mid(n), c = d.substr(Size(n), all);
+        [](Twins& a, Twins& b, int n) { a.text = b.text.Mid(n), a.twin = b.twin.substr(Size(n)); },
+        [](Twins& a, Twins& b, int n) {
+            a.text = b.text.Left(n) + a.text.Mid(2, 3);
+            a.twin = b.twin.substr(0, Size(n)) + a.twin.substr(std::min(a.twin.size(), Size(2)), 3);
         },
-        [](CString& a, CString& b, std::string& c, std::string& d, int n) {
-            a = b.Left(n) + a.Mid(2, 3);
-            c = d.substr(0, Size(n)) + c.substr(std::min(c.size(), Size(2)), 3);
+        [](Twins& a, Twins& b, int n) {
+            a.text = static_cast<char const*>(b.text) + n, a.twin = std::string(b.twin).substr(Size(n));
         },
-        [](CString& a, CString& b, std::string& c, std::string& d, int n) {
-            a = static_cast<char const*>(b) + n, c = std::string(d).substr(Size(n));
-        },
-        [](CString&, CString& b, std::string&, std::string& d, int n) {
-            b.Delete(0, n), d.erase(0, Size(n));
-        },
-        [](CString& a, CString& b, std::string& c, std::string& d, int) { std::swap(a, b), std::swap(c, d); },
+        [](Twins&, Twins& b, int n) { b.text.Delete(0, n), b.twin.erase(0, Size(n)); },
+        [](Twins& a, Twins& b, int) { std::swap(a, b); },
     };
     VorlaneTest::SeededEngine random;
     SCOPED_TRACE(random.Describe());
-    CString texts[4];
-    std::string expected[4];
+    Twins twins[4];
     for (int step = 0; step < 30000; ++step) {
-        int const i = random.Integer(0, 3);
-        int const j = random.Integer(0, 3);
-        int const n = random.Integer(0, static_cast<int>(expected[j].size()));
-        if (expected[i].size() > 60) {
-            texts[i] = "";
-            expected[i] = "";
+        Twins& a = twins[random.Integer(0, 3)];
+        Twins& b = twins[random.Integer(0, 3)];
+        int const n = random.Integer(0, static_cast<int>(b.twin.size()));
+        if (a.twin.size() > 60) {
+            a = Twins();
         } else {
-            operations[random.Integer(0, 7)](texts[i], texts[j], expected[i], expected[j], i == j ? 0 : n);
+            operations[random.Integer(0, 7)](a, b, &a == &b ? 0 : n);
         }
-        ASSERT_EQ(Bytes(texts[i]), expected[i]) << step;
-        ASSERT_EQ(Bytes(texts[j]), expected[j]) << step;
+        ASSERT_EQ(Bytes(a.text), a.twin) << step;
+        ASSERT_EQ(Bytes(b.text), b.twin) << step;
     }
 }
 
@@ -300,13 +265,9 @@ TEST(CStringTest, KeepsItsValueWhenMemoryRunsOut)
         [&] { text = CString(L"wide and as long", 16); },
     };
     for (auto const& operation : operations) {
-        auto const prepare = [&] {
-            copy = text = value;
-        };
-        auto const check = [&] {
-            EXPECT_EQ(text, value);
-        };
-        EXPECT_GT(VorlaneTest::ForEachFailedAllocation(prepare, operation, check), 0);
+        EXPECT_GT(VorlaneTest::ForEachFailedAllocation([&] { copy = text = value; }, operation,
+                                                       [&] { EXPECT_EQ(text, value); }),
+                  0);
         EXPECT_EQ(copy, value);
     }
 }

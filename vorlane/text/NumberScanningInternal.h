@@ -6,15 +6,11 @@
 /// bits, and strtod read in the C locale, to the last bit and with the same failures. Nothing here keeps
 /// state, and ConvertReal alone touches errno.
 
+#include "vorlane/foundation/FrameworkSurface.h"
+
 #include <cstdint>
 
 namespace Vorlane::NumberScanning {
-
-/// Blank, tab, line feed, vertical tab, form feed, carriage return.
-constexpr bool IsWhiteSpace(char character)
-{
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
 
 constexpr bool IsDigit(char character)
 {
@@ -24,7 +20,7 @@ constexpr bool IsDigit(char character)
 /// The first character from `first` on that is no white space, or `last`.
 constexpr char const* SkipWhiteSpace(char const* first, char const* last)
 {
-    while (first != last && IsWhiteSpace(*first)) {
+    while (first != last && AfxIsWhiteSpace(*first)) {
         ++first;
     }
     return first;
@@ -33,7 +29,7 @@ constexpr char const* SkipWhiteSpace(char const* first, char const* last)
 /// The first white space from `first` on, or `last`.
 constexpr char const* FindWhiteSpace(char const* first, char const* last)
 {
-    while (first != last && !IsWhiteSpace(*first)) {
+    while (first != last && !AfxIsWhiteSpace(*first)) {
         ++first;
     }
     return first;

@@ -16,8 +16,6 @@ namespace Vorlane {
 
 namespace {
 
-using NumberScanning::IsWhiteSpace;
-
 struct Keyword
 {
     char const* text;
@@ -172,7 +170,7 @@ void StringUtils::CleanString(CString& text)
         char* end = first;
         bool blank = false; // white space was met since the last character that stays
         for (char const* position = first; position != last; ++position) {
-            if (IsWhiteSpace(*position)) {
+            if (AfxIsWhiteSpace(*position)) {
                 blank = end != first;
                 continue;
             }
@@ -195,7 +193,7 @@ void StringUtils::RemoveSpaces(CString& text)
         for (char const* position = first; position != last; ++position) {
             inDoubleQuotes = inDoubleQuotes != (*position == '"');
             inSingleQuotes = inSingleQuotes != (*position == '\'');
-            if (inDoubleQuotes || inSingleQuotes || !IsWhiteSpace(*position)) {
+            if (inDoubleQuotes || inSingleQuotes || !AfxIsWhiteSpace(*position)) {
                 *end++ = *position;
             }
         }
