@@ -10,22 +10,24 @@ namespace Lumora {
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+/// An edge that no value reaches.
+constexpr double noEdge = std::numeric_limits<double>::quiet_NaN();
 
-/// The places where the bins of a range that is not empty begin.
+/// The places where the bins of a range that runs upwards begin. Of an empty range they are NaN.
 class BinEdges
 {
 public:
     BinEdges(double begin, double end, int binCount)
-        : m_begin(begin), m_end(end), m_binCount(binCount),
-          m_low(begin < end ? std::nextafter(begin, end) : end),
-          m_high(begin < end ? end : std::nextafter(begin, end)),
+        : m_begin(begin), m_end(end), m_binCount(binCount), m_low(std::nextafter(begin, end)),
           m_factor(std::max(std::abs(begin), std::abs(end)) > huge ? reducing : 1.0)
     {}
 
     /// Where bin `index` begins, for an index from 1 to the number of bins minus 1. However the arithmetic
     /// rounds, the begin of the range lies before it and the end does not.
-    double At(int index) const { return std::min(std::max(Unbounded(index), m_low), m_high); }
+    double At(int index) const
+    {
+        return m_begin < m_end ? std::min(std::max(Unbounded(index), m_low), m_end) : noEdge;
+    }
 
 private:
     // Above the one number, the products below could overflow; multiplied by the other, they don't. No edge
@@ -51,7 +53,6 @@ private:
     double m_end;
     int m_binCount;
     double m_low;
-    double m_high;
     double m_factor;
 };
 
@@ -81,17 +82,20 @@ ColorMap::ColorMap(int size)
 }
 
 ColorMap::ColorMap(ColorMap const& other)
-    : m_bins(AfxWithMemoryException([&] { return std::vector<Bin>(other.m_bins); })), m_begin(other.m_begin),
-      m_end(other.m_end), m_binsPerUnit(other.m_binsPerUnit), m_lastBin(other.m_lastBin)
-{}
+{
+    *this = other;
+}
 
 ColorMap& ColorMap::operator=(ColorMap const& other)
 {
     AfxWithMemoryException([&] { m_bins = other.m_bins; });
     m_begin = other.m_begin;
     m_end = other.m_end;
+    m_orientation = other.m_orientation;
+    m_middleOfFirstBin = other.m_middleOfFirstBin;
     m_binsPerUnit = other.m_binsPerUnit;
-    m_lastBin = other.m_lastBin;
+    m_lastButOneBin = other.m_lastButOneBin;
+    m_nearestIsExact = other.m_nearestIsExact;
     return *this;
 }
 
@@ -101,7 +105,7 @@ void ColorMap::Resize(int size)
     if (size == GetSize()) {
         return;
     }
-    Bin const black{-infinity, infinity, Orrin::Color::Black().GetPacked()};
+    Bin const black{noEdge, Orrin::Color::Black().GetPacked()};
     AfxWithMemoryException([&] { m_bins.resize(static_cast<std::size_t>(size), black); });
     PlaceEdges();
 }
@@ -118,37 +122,27 @@ void ColorMap::SetBeginEnd(double begin, double end)
 
 void ColorMap::PlaceEdges()
 {
-    if (m_bins.empty()) {
-        return;
-    }
     int const size = GetSize();
-    m_lastBin = size - 1;
-    m_binsPerUnit = size / (m_end - m_begin);
-    if (IsEmptyRange()) {
-        for (Bin& bin : m_bins) {
-            bin.first = infinity;
-            bin.next = infinity;
-        }
-        m_bins.front().first = -infinity;
+    m_nearestIsExact = size > 0;
+    if (size == 0) {
         return;
     }
-    bool const upwards = m_begin < m_end;
-    (upwards ? m_bins.front() : m_bins.back()).first = -infinity;
-    (upwards ? m_bins.back() : m_bins.front()).next = infinity;
-    BinEdges const edges(m_begin, m_end, size);
+    m_orientation = m_begin > m_end ? -1.0 : 1.0;
+    double const begin = Oriented(m_begin);
+    double const width = Oriented(m_end) - begin;
+    m_middleOfFirstBin = begin + width / size / 2;
+    m_binsPerUnit = size / width;
+    m_lastButOneBin = std::max(size - 2, 0);
+    BinEdges const edges(begin, Oriented(m_end), size);
     for (int index = 1; index < size; ++index) {
-        Bin& before = m_bins[static_cast<std::size_t>(index) - 1];
-        Bin& bin = m_bins[static_cast<std::size_t>(index)];
         double const edge = edges.At(index);
-        if (upwards) {
-            before.next = edge;
-            bin.first = edge;
-        } else {
-            // The edge is the largest number of its bin, and the bin before begins just above it.
-            before.first = std::nextafter(edge, infinity);
-            bin.next = before.first;
-        }
+        m_bins[static_cast<std::size_t>(index) - 1].next = edge;
+        // Rounded arithmetic keeps the order of values. So if each edge is the nearest to itself, a value
+        // between two edges is near to one of them.
+        m_nearestIsExact =
+            m_nearestIsExact && BinBeforeNearestEdge(edge) >= index - 1 && BinBeforeNearestEdge(edge) < index;
     }
+    m_bins.back().next = noEdge;
 }
 
 void ColorMap::Ramp(Orrin::ColorArray const& colors, bool interpolate)
@@ -186,49 +180,38 @@ void ColorMap::Ramp(Orrin::ColorArray const& colors, bool interpolate)
 
 void ColorMap::ColorsAtValues(double const* values, int count, Orrin::Color* colors) const
 {
-    if (m_bins.empty()) {
+    if (!m_nearestIsExact) {
         for (int i = 0; i < count; ++i) {
-            colors[i] = Orrin::Color();
+            colors[i] = ColorByHalving(values[i]);
         }
         return;
     }
-    // Block by block: the guesses in a loop that the compiler can vectorise, without a branch that depends on
-    // the values; then the table.
+    // Block by block: the arithmetic in a loop that the compiler can vectorise; then the table.
     constexpr int blockSize = 256;
-    unsigned int guesses[blockSize];
+    unsigned int before[blockSize];
     for (int done = 0; done < count; done += std::min(blockSize, count - done)) {
         int const inBlock = std::min(blockSize, count - done);
         double const* const blockValues = values + done;
         for (int i = 0; i < inBlock; ++i) {
-            guesses[i] = WholePart(GuessBin(blockValues[i]));
+            before[i] = WholePart(BinBeforeNearestEdge(Oriented(blockValues[i])));
         }
         for (int i = 0; i < inBlock; ++i) {
-            double const value = blockValues[i];
-            Bin const& bin = m_bins[guesses[i]];
-            bool const isRight = bin.first <= value && value < bin.next;
-            colors[done + i].SetPacked(isRight ? bin.packed : m_bins[FindBin(value)].packed);
+            bool const isPast = Oriented(blockValues[i]) >= m_bins[before[i]].next;
+            colors[done + i].SetPacked(m_bins[before[i] + isPast].packed);
         }
     }
 }
 
-/// ColorAtValue where the guess fails or there are no bins.
-Orrin::Color ColorMap::ColorAtOddValue(double value) const
+/// ColorAtValue where arithmetic may fail or there are no bins.
+Orrin::Color ColorMap::ColorByHalving(double value) const
 {
-    return m_bins.empty() ? Orrin::Color() : Orrin::Color(m_bins[FindBin(value)].packed);
-}
-
-/// The index of the bin of `value`, found by halving. There must be bins.
-std::size_t ColorMap::FindBin(double value) const
-{
-    if (std::isnan(value) || IsEmptyRange()) {
-        return 0;
+    if (m_bins.empty()) {
+        return Orrin::Color();
     }
-    bool const upwards = m_begin < m_end;
-    auto const reaches = [&](Bin const& bin) {
-        return upwards ? bin.first <= value : value < bin.next;
-    };
-    auto const past = std::partition_point(m_bins.begin() + 1, m_bins.end(), reaches);
-    return static_cast<std::size_t>(past - m_bins.begin()) - 1;
+    double const oriented = Oriented(value);
+    auto const bin = std::partition_point(m_bins.begin(), m_bins.end() - 1,
+                                          [&](Bin const& before) { return oriented >= before.next; });
+    return bin->packed;
 }
 
 } // namespace Lumora

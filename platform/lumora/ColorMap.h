@@ -46,9 +46,7 @@ public:
     ///
     /// \throws CMemoryException if the memory cannot be had; an assignment then leaves the map as it was.
     ColorMap(ColorMap const& other);
-    ColorMap(ColorMap&&) noexcept = default;
     ColorMap& operator=(ColorMap const& other);
-    ColorMap& operator=(ColorMap&&) noexcept = default;
     ~ColorMap() = default;
 
     /// The number of bins.
@@ -93,16 +91,10 @@ public:
     }
 
     /// The colour of the bin of `value`; opaque black if there are no bins. Constant time; logarithmic in the
-    /// size for an infinity, for NaN and on ranges that are infinite or hold few numbers for their bins.
+    /// size on ranges that are infinite, wider than all finite numbers, or hold few numbers for their bins.
     Orrin::Color ColorAtValue(double value) const
     {
-        if (!m_bins.empty()) {
-            Bin const& bin = m_bins[WholePart(GuessBin(value))];
-            if (bin.first <= value && value < bin.next) {
-                return bin.packed;
-            }
-        }
-        return ColorAtOddValue(value);
+        return m_nearestIsExact ? Orrin::Color(PackedAt(value)) : ColorByHalving(value);
     }
 
     /// Sets the first `count` of `colors` to what ColorAtValue gives for each of `values`; a count below 1
@@ -110,40 +102,51 @@ public:
     void ColorsAtValues(double const* values, int count, Orrin::Color* colors) const;
 
 private:
-    /// Holds the values from `first` up to, but not including, `next`, also if the range runs downwards.
+    /// A bin and where the next one begins: the smallest oriented value that lies past this bin; NaN, which
+    /// no value reaches, if there is none.
     struct Bin
     {
-        double first;
         double next;
         std::uint32_t packed;
     };
 
     bool IsValidIndex(int index) const { return index >= 0 && index < GetSize(); }
-    bool IsEmptyRange() const { return !(m_begin < m_end) && !(m_begin > m_end); }
     void PlaceEdges();
 
-    /// The index of the bin of `value` or, by rounding or in an odd range, of another one, with a fraction.
-    /// There must be bins.
-    double GuessBin(double value) const
+    /// Values with the sign turned if the range runs downwards, so that oriented ones always run upwards.
+    double Oriented(double value) const { return value * m_orientation; }
+
+    /// The index of the bin at whose end the edge nearest to an oriented value lies; that of a NaN is 0.
+    double BinBeforeNearestEdge(double oriented) const
     {
-        double const position = (value - m_begin) * m_binsPerUnit;
+        double const position = (oriented - m_middleOfFirstBin) * m_binsPerUnit;
         double const atLeastFirst = position > m_firstBin ? position : m_firstBin; // also for NaN
-        return atLeastFirst < m_lastBin ? atLeastFirst : m_lastBin;
+        return atLeastFirst < m_lastButOneBin ? atLeastFirst : m_lastButOneBin;
     }
 
-    static unsigned int WholePart(double guess) { return static_cast<unsigned int>(static_cast<int>(guess)); }
+    static unsigned int WholePart(double index) { return static_cast<unsigned int>(static_cast<int>(index)); }
 
-    Orrin::Color ColorAtOddValue(double value) const;
-    std::size_t FindBin(double value) const;
+    /// The colour of a value by arithmetic, which finds the nearest edge, and one exact comparison with it.
+    std::uint32_t PackedAt(double value) const
+    {
+        double const oriented = Oriented(value);
+        unsigned int const before = WholePart(BinBeforeNearestEdge(oriented));
+        return m_bins[before + (oriented >= m_bins[before].next)].packed;
+    }
+
+    Orrin::Color ColorByHalving(double value) const;
 
     std::vector<Bin> m_bins;
     double m_begin = 0.0;
     double m_end = 1.0;
-    double m_binsPerUnit = 0.0; ///< negative if the range runs downwards
-    /// The bounds of an index: 0 and the size minus 1. With a constant for the first, compilers make a branch
+    double m_orientation = 1.0;      ///< -1 if the range runs downwards
+    double m_middleOfFirstBin = 0.0; ///< oriented
+    double m_binsPerUnit = 0.0;
+    /// The bounds of an index: 0 and the size minus 2. With a constant for the first, compilers make a branch
     /// of the comparison, which values on both sides of the bound mispredict.
     double m_firstBin = 0.0;
-    double m_lastBin = 0.0;
+    double m_lastButOneBin = 0.0;
+    bool m_nearestIsExact = false; ///< there are bins, and rounding takes no edge nearer to another one
 };
 
 } // namespace Lumora

@@ -79,6 +79,7 @@ TEST(ColorMapTest, PutsValuesIntoBins)
         {none, 1, 32, {{0.9, 0}, {inf, 0}}},
         {0, none, 32, {{0.9, 0}}},
         {inf, inf, 32, {{inf, 0}, {0, 0}}},
+        {2, 2, 2, {{3, 0}, {inf, 0}, {none, 0}}},
         // Infinite ranges.
         {0, inf, 32, {{0, 0}, {most, 0}, {inf, 31}}},
         {-inf, 0, 32, {{-inf, 0}, {-most, 31}, {0, 31}}},
