@@ -81,6 +81,9 @@ void TrySpectrum(std::uint32_t schema, Bytes const& bytes)
     Require(again == spectrum && !(again < spectrum));
 
     int const last = static_cast<int>(spectrum.GetColorArray().GetSize()) - 1;
+    if (last > 1000) {
+        return; // each change computes the whole row anew
+    }
     Orrin::Color color;
     for (int const index : {-1, 0, last / 2, last, last + 1}) {
         spectrum.SetColor(index, Orrin::Color::Cyan());

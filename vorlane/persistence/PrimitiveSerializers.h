@@ -21,7 +21,7 @@
 /// - CMemoryException if memory cannot be had.
 ///
 /// The time is in proportion to the bytes moved, and so is the memory: a count that the archive cannot back
-/// takes no more than some 16 MB before it ends in `endOfFile`. An archive is used from one thread at a time.
+/// takes no more than a few MB before it ends in `endOfFile`. An archive is used from one thread at a time.
 
 #include "platform/lumora/GraphicsAttributes.h"
 #include "platform/lumora/GraphicsPrimitive.h"
