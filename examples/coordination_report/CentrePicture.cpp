@@ -1,5 +1,6 @@
 #include "examples/coordination_report/CentrePicture.h"
 
+#include "examples/coordination_report/DeviationColours.h"
 #include "examples/coordination_report/Elements.h"
 #include "examples/shared/ConvexHull.h"
 #include "examples/shared/GeometryNames.h"
@@ -23,9 +24,9 @@ constexpr double barWidth = 196.0;
 constexpr double rowHeight = 34.0;
 /// More ligands than a coordination sphere has make no polyhedron worth drawing, and a slow one.
 constexpr std::size_t mostCorners = 24;
-constexpr Colour polyhedronColour = {62, 150, 140};
+constexpr Colour unmeasuredColour = {126, 136, 150};
 
-Scene SceneOf(Structure const& structure, Centre const& centre)
+Scene BallsAndBonds(Structure const& structure, Centre const& centre)
 {
     Scene scene;
     Atom const& metal = structure.atoms[centre.atom];
@@ -50,9 +51,10 @@ double MeanDistance(Centre const& centre)
 
 /// The direction that a geometry's pictures show upwards, turned along with the sites: it is written in terms
 /// of the ideal sites, and follows them as they were aligned.
-Point3d AlignedUpright(Candidate const& candidate, std::vector<Point3d> const& sites)
+Point3d AlignedUpright(Candidate const& candidate)
 {
     using namespace Vorlane;
+    std::vector<Point3d> const& sites = candidate.sites;
     switch (candidate.type) {
     case trigonalPyramidal:
         return -1.0 * (sites[0] + sites[1] + sites[2]);
@@ -96,13 +98,14 @@ Point3d AddPolyhedron(Scene& scene, Structure const& structure, Centre const& ce
 {
     std::vector<Point3d> corners = {Point3d()};
     Point3d upright;
+    Colour colour = unmeasuredColour;
     if (!ranking.candidates.empty()) {
         Candidate const& best = ranking.candidates.front();
-        std::vector<Point3d> const sites = AlignedIdealSites(structure, centre, best);
-        for (Point3d const& site : sites) {
+        colour = DeviationColour(best.deviation);
+        for (Point3d const& site : best.sites) {
             corners.push_back(MeanDistance(centre) * site);
         }
-        upright = AlignedUpright(best, sites);
+        upright = AlignedUpright(best);
     } else if (centre.ligands.size() <= mostCorners) {
         for (Ligand const& ligand : centre.ligands) {
             corners.push_back(structure.atoms[ligand.atom].position - structure.atoms[centre.atom].position);
@@ -110,7 +113,7 @@ Point3d AddPolyhedron(Scene& scene, Structure const& structure, Centre const& ce
         upright = UprightOfLigands(corners);
     }
     for (std::vector<Point3d> const& face : ConvexHullFaces(corners)) {
-        scene.faces.push_back({face, polyhedronColour});
+        scene.faces.push_back({face, colour});
     }
     return upright;
 }
@@ -132,7 +135,7 @@ void DrawChart(Svg& svg, Ranking const& ranking, double top)
         double const length = largest > 0.0 ? barWidth * candidate.deviation / largest : 0.0;
         svg.Rectangle({chartLeft, y + 17}, barWidth, 9, "rx=\"3\" class=\"track\"");
         svg.Rectangle({chartLeft, y + 17}, std::max(length, 2.5), 9,
-                      std::string("rx=\"2\" class=\"") + (best ? "best" : "bar") + "\"");
+                      "rx=\"2\" fill=\"" + Hex(DeviationColour(candidate.deviation)) + "\"");
         svg.Text({chartLeft + barWidth + 10, y + 26}, 12.5, "start",
                  best ? "class=\"ink\" font-weight=\"bold\"" : "class=\"ink\"",
                  Decimal(candidate.deviation, 6));
@@ -149,21 +152,29 @@ void DrawChart(Svg& svg, Ranking const& ranking, double top)
 
 } // namespace
 
-std::string DrawCentre(Structure const& structure, Centre const& centre, Ranking const& ranking,
-                       std::string const& idPrefix, bool asFile)
+SceneObjects SceneOf(Structure const& structure, Centre const& centre, Ranking const& ranking)
+{
+    Scene scene = BallsAndBonds(structure, centre);
+    Point3d const upright = AddPolyhedron(scene, structure, centre, ranking);
+    return {scene, ChooseView(scene, upright)};
+}
+
+std::string DrawCentre(Structure const& structure, RankedCentre const& ranked, std::string const& idPrefix,
+                       bool asFile)
 {
     double const top = asFile ? titleHeight : 0.0;
     Svg svg(width, top + sceneSize, idPrefix);
     if (asFile) {
         svg.Text({20, 29}, 17, "start", "class=\"ink\" font-weight=\"bold\"",
-                 structure.NameOf(centre.atom) + " in " + structure.FileName());
+                 structure.NameOf(ranked.centre.atom) + " in " + structure.FileName());
         svg.Text({width - 20, 29}, 13, "end", "class=\"faint\"",
-                 "coordination number " + std::to_string(centre.ligands.size()));
+                 "coordination number " + std::to_string(ranked.centre.ligands.size()));
     }
-    Scene scene = SceneOf(structure, centre);
-    Point3d const upright = AddPolyhedron(scene, structure, centre, ranking);
-    DrawScene(svg, scene, ChooseView(scene, upright), {8, top, sceneSize, sceneSize});
-    DrawChart(svg, ranking, top + 24);
+    DrawScene(svg, ranked.scene.ToScene(), ranked.scene.ToView(), {8, top, sceneSize, sceneSize});
+    DrawChart(svg, ranked.ranking, top + 24);
+    if (asFile && !ranked.ranking.candidates.empty()) {
+        DrawDeviationLegend(svg, {chartLeft, top + sceneSize - 36}, barWidth);
+    }
     return svg.Finish(asFile);
 }
 

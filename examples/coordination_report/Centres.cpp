@@ -2,10 +2,14 @@
 
 #include "examples/coordination_report/Elements.h"
 
+#include "vorlane/foundation/TypedArrays.h"
+#include "vorlane/spatial/NeighborList.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <map>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -87,16 +91,95 @@ bool AreAlike(Structure const& structure, Centre const& first, Centre const& sec
                       });
 }
 
-Centre MakeCentre(Structure const& structure, std::size_t atom, Options const& options)
+/// The largest distance at which any atom of the structure could find a ligand.
+double LargestSearchRadius(Structure const& structure, Options const& options)
 {
-    return {atom, FindLigands(structure, atom, options)};
+    double radius = options.cutoff.value_or(0.0);
+    std::set<std::string> elements;
+    for (Atom const& atom : structure.atoms) {
+        if (!options.cutoff && elements.insert(atom.element).second) {
+            radius = std::max(radius, ContactDistance(atom.element, atom.element));
+        }
+    }
+    return radius;
 }
+
+/// The atoms of one structure, ready to be asked for ligands.
+class LigandFinder
+{
+public:
+    LigandFinder(Structure const& structure, Options const& options)
+        : m_structure(structure), m_options(options),
+          // The list leaves out what lies exactly at its cutoff. The bounds keep its squares in range.
+          m_cutoff(std::clamp(LargestSearchRadius(structure, options) * (1.0 + 1e-9), 0.1, 1e100)),
+          m_neighbours(m_cutoff, static_cast<int>(std::min<std::size_t>(structure.atoms.size() + 1, 100000)))
+    {
+        for (Atom const& atom : structure.atoms) {
+            m_neighbours.Add(atom.position);
+        }
+    }
+
+    /// The atoms within the distance that the options allow, those at equal distances in the order of the
+    /// file.
+    std::vector<Ligand> FindContacts(std::size_t centre) const
+    {
+        Atom const& middle = m_structure.atoms[centre];
+        Vorlane::IntArray near;
+        m_neighbours.GetNeighbors(middle.position, near);
+        std::vector<std::size_t> inOrder;
+        for (int k = 0; k < near.GetSize(); ++k) {
+            inOrder.push_back(static_cast<std::size_t>(near[k]));
+        }
+        std::sort(inOrder.begin(), inOrder.end());
+        std::vector<Ligand> within;
+        for (std::size_t const atom : inOrder) {
+            Atom const& other = m_structure.atoms[atom];
+            double const distance = Distance(middle, other);
+            double const limit =
+                m_options.cutoff ? *m_options.cutoff : ContactDistance(middle.element, other.element);
+            if (atom != centre && distance <= limit) {
+                within.push_back({atom, distance});
+            }
+        }
+        // As they are printed, so that equal distances stay in the order of the file.
+        auto const shown = [](Ligand const& ligand) {
+            return std::round(ligand.distance * 1000.0);
+        };
+        std::stable_sort(within.begin(), within.end(),
+                         [&](Ligand const& a, Ligand const& b) { return shown(a) < shown(b); });
+        return within;
+    }
+
+    /// The ligands of an atom by the rules of the options.
+    Centre MakeCentre(std::size_t centre) const
+    {
+        std::vector<Ligand> const within = FindContacts(centre);
+        if (m_options.cutoff || m_options.allContacts) {
+            return {centre, within};
+        }
+        std::vector<Ligand> ligands;
+        for (Ligand const& candidate : within) {
+            bool const metals =
+                IsMetal(m_structure.atoms[centre]) && IsMetal(m_structure.atoms[candidate.atom]);
+            if (!metals && !BelongsToNearer(m_structure, candidate, ligands)) {
+                ligands.push_back(candidate);
+            }
+        }
+        return {centre, ligands};
+    }
+
+private:
+    Structure const& m_structure;
+    Options const& m_options;
+    double m_cutoff;
+    Vorlane::NeighborList m_neighbours;
+};
 
 /// Of many atoms of one element, which stand in the order of their distances from the middle: one of each
 /// kind.
 void ChooseKinds(Structure const& structure, std::string const& element,
                  std::vector<std::size_t> const& atoms, Extent const& extent, Options const& options,
-                 CentreChoice& choice)
+                 LigandFinder const& finder, CentreChoice& choice)
 {
     double const search = SearchRadius(structure, element, options);
     std::size_t cutOff = 0;
@@ -108,7 +191,7 @@ void ChooseKinds(Structure const& structure, std::string const& element,
             ++cutOff;
             continue;
         }
-        Centre const centre = MakeCentre(structure, atom, options);
+        Centre const centre = finder.MakeCentre(atom);
         auto const known = std::find_if(kinds.begin(), kinds.end(), [&](Centre const& kind) {
             return AreAlike(structure, kind, centre);
         });
@@ -153,12 +236,11 @@ std::size_t AtomOfOption(Structure const& structure, std::string const& text, st
     return number - 1;
 }
 
-CentreChoice AtomWithMostLigands(Structure const& structure, std::vector<std::size_t> const& byMiddle,
-                                 Options const& options)
+CentreChoice AtomWithMostLigands(LigandFinder const& finder, std::vector<std::size_t> const& byMiddle)
 {
-    Centre best = MakeCentre(structure, byMiddle.front(), options);
+    Centre best = finder.MakeCentre(byMiddle.front());
     for (std::size_t atom : byMiddle) {
-        Centre const centre = MakeCentre(structure, atom, options);
+        Centre const centre = finder.MakeCentre(atom);
         if (centre.ligands.size() > best.ligands.size()) {
             best = centre;
         }
@@ -168,45 +250,14 @@ CentreChoice AtomWithMostLigands(Structure const& structure, std::vector<std::si
 
 } // namespace
 
-std::vector<Ligand> FindLigands(Structure const& structure, std::size_t centre, Options const& options)
-{
-    Atom const& middle = structure.atoms[centre];
-    std::vector<Ligand> within;
-    for (std::size_t atom = 0; atom < structure.atoms.size(); ++atom) {
-        Atom const& other = structure.atoms[atom];
-        double const distance = Distance(middle, other);
-        double const limit =
-            options.cutoff ? *options.cutoff : ContactDistance(middle.element, other.element);
-        if (atom != centre && distance <= limit) {
-            within.push_back({atom, distance});
-        }
-    }
-    // As they are printed, so that equal distances stay in the order of the file.
-    auto const shown = [](Ligand const& ligand) {
-        return std::round(ligand.distance * 1000.0);
-    };
-    std::stable_sort(within.begin(), within.end(),
-                     [&](Ligand const& a, Ligand const& b) { return shown(a) < shown(b); });
-    if (options.cutoff || options.allContacts) {
-        return within;
-    }
-    std::vector<Ligand> ligands;
-    for (Ligand const& candidate : within) {
-        bool const metals = IsMetal(middle) && IsMetal(structure.atoms[candidate.atom]);
-        if (!metals && !BelongsToNearer(structure, candidate, ligands)) {
-            ligands.push_back(candidate);
-        }
-    }
-    return ligands;
-}
-
 CentreChoice FindCentres(Structure const& structure, Options const& options)
 {
+    LigandFinder const finder(structure, options);
     std::string wanted;
     if (options.centre) {
         std::size_t const atom = AtomOfOption(structure, *options.centre, wanted);
         if (atom < structure.atoms.size()) {
-            return {{MakeCentre(structure, atom, options)}, {}};
+            return {{finder.MakeCentre(atom)}, {}};
         }
     }
     Extent const extent = ExtentOf(structure);
@@ -239,19 +290,19 @@ CentreChoice FindCentres(Structure const& structure, Options const& options)
         if (options.centre) {
             throw BadFile(structure.path, 0, "there is no " + wanted + " in it");
         }
-        return AtomWithMostLigands(structure, byMiddle, options);
+        return AtomWithMostLigands(finder, byMiddle);
     }
 
     CentreChoice choice;
     for (std::string const& element : order) {
         std::vector<std::size_t>& atoms = atomsOfElement[element];
         if (atoms.size() > fewCentres && !options.allCentres) {
-            ChooseKinds(structure, element, atoms, extent, options, choice);
+            ChooseKinds(structure, element, atoms, extent, options, finder, choice);
             continue;
         }
         std::sort(atoms.begin(), atoms.end());
         for (std::size_t atom : atoms) {
-            choice.centres.push_back(MakeCentre(structure, atom, options));
+            choice.centres.push_back(finder.MakeCentre(atom));
         }
     }
     return choice;

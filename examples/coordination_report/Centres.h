@@ -30,9 +30,6 @@ struct CentreChoice
     std::vector<std::string> remarks;
 };
 
-/// The ligands of an atom by the rules of the options.
-std::vector<Ligand> FindLigands(Structure const& structure, std::size_t centre, Options const& options);
-
 /// The centres of a structure by the rules of the options.
 ///
 /// \throws BadFile  if the centre that the options name is not in the structure.

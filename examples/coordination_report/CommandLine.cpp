@@ -22,7 +22,7 @@ double ReadCutoff(std::string const& text)
 
 char const* HelpText()
 {
-    return R"(usage: coordination_report [options] FILE...
+    return R"HELP(usage: coordination_report [options] FILE...
 
 Finds the metal centres of XYZ files, tells how many ligands each has, and
 ranks the ideal geometries of that number by their deviation. A folder stands
@@ -57,20 +57,46 @@ What is written
   sum over all pairs of ligands of the squared difference between measured and
   ideal cosine; 0 is a perfect fit. It exists for twelve geometries with 3 to 6
   ligands. The octahedron and the trigonal antiprism are one shape and have one
-  deviation.
+  deviation. The fit is the root of the mean squared distance between the
+  directions of the ligands and the sites of the ideal polyhedron, turned and
+  mirrored to lie on them as best they can, in parts of the bond length.
   --tsv           a table instead, tab-separated, with a line for each centre
                   and geometry: file, centre, element, cn, rank, geometry, code,
-                  deviation, labelling (the ligands on the sites 1, 2, ...), and
-                  ligands in the order of their distances. A centre without a
-                  geometry to rank has one line with rank 0 and -.
+                  deviation, labelling (the ligands on the sites 1, 2, ...),
+                  ligands in the order of their distances, and fit. A centre
+                  without a geometry to rank has one line with rank 0 and -.
   --svg DIR       a picture of each centre, as DIR/FILE-CENTRE.svg
   --html FILE     all pictures and tables on one page
+  --scene FILE    the scenes of all centres as graphics primitives, in one
+                  archive with the schema number 24; see below
+  --ribbon FILE   the chain of atoms in an XYZ file, such as the C-alpha atoms
+                  of a protein, as a ribbon: DIR/FILE-ribbon.svg with --svg, on
+                  the page with --html; may be given several times
   --help          this text
+
+The colours of bars and polyhedra
+  The deviation gives the colour: from cyan at 0 over green and yellow to red
+  at 1 (the spectrum "Rainbow 1 Reversed" in 32 bins, not clipped: what is
+  above 1 is red too). Polyhedra of the ligands themselves, where no geometry
+  has a deviation, are grey.
+
+The archive of --scene
+  For each centre, in the order of the report:
+  - GraphicsAttributes; the rows of its matrix are the directions to the right,
+    up and towards the viewer,
+  - SpherePrimitive, the centre and then its ligands, around the origin,
+  - CylinderPrimitive, a bond for each ligand, in two colours,
+  - TriangleMeshPrimitive, the translucent polyhedron,
+  - Text3DPrimitive, a label for each sphere.
+  An archive names no types. FILE.list gets what stands in it, so that
+    scene_inspect FILE --as "$(cat FILE.list)"
+  prints every field. All pictures are drawn from what was loaded back; without
+  --scene the archive is in memory.
 
 Exit status: 0 if all went well; 1 if a file was bad, had no such centre or
 could not be written (it is named on the standard error, and the others are
 still reported); 2 if the command line cannot be followed.
-)";
+)HELP";
 }
 
 Options ReadCommandLine(std::vector<std::string> const& arguments)
@@ -106,6 +132,10 @@ Options ReadCommandLine(std::vector<std::string> const& arguments)
             options.svgFolder = value();
         } else if (argument == "--html") {
             options.htmlFile = value();
+        } else if (argument == "--scene") {
+            options.sceneFile = value();
+        } else if (argument == "--ribbon") {
+            options.chains.push_back(value());
         } else if (inlineValue) {
             throw BadUsage("unknown option " + arguments[i]);
         } else if (argument == "--all-centres" || argument == "--all-centers") {
@@ -122,7 +152,10 @@ Options ReadCommandLine(std::vector<std::string> const& arguments)
             throw BadUsage("unknown option " + argument);
         }
     }
-    if (options.files.empty() && !options.help) {
+    if (!options.chains.empty() && !options.svgFolder && !options.htmlFile && !options.help) {
+        throw BadUsage("--ribbon wants --svg or --html to draw into");
+    }
+    if (options.files.empty() && options.chains.empty() && !options.help) {
         throw BadUsage("no file is named");
     }
     return options;

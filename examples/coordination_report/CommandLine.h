@@ -18,6 +18,8 @@ struct Options
     bool tsv = false;
     std::optional<std::string> svgFolder;
     std::optional<std::string> htmlFile;
+    std::optional<std::string> sceneFile;
+    std::vector<std::string> chains; ///< files to be drawn as ribbons
     bool help = false;
 };
 

@@ -1,6 +1,8 @@
 #include "examples/coordination_report/HtmlReport.h"
 
 #include "examples/coordination_report/CentrePicture.h"
+#include "examples/coordination_report/DeviationColours.h"
+#include "examples/shared/Ribbon.h"
 #include "examples/shared/Svg.h"
 
 namespace CoordinationReport {
@@ -39,7 +41,9 @@ section { background: var(--card); border: 1px solid var(--rule); border-radius:
   min-width: 0; }
 section.wide { grid-column: 1 / -1; }
 article { margin-top: 12px; min-width: 0; }
-article svg { display: block; width: 100%; height: auto; margin: 6px 0; }
+article svg, .legend svg { display: block; width: 100%; height: auto; margin: 6px 0; }
+.legend { margin: 14px 0 0; padding: 12px 18px; max-width: 470px; background: var(--card);
+  border: 1px solid var(--rule); border-radius: 10px; }
 .scroll { overflow-x: auto; }
 table { border-collapse: collapse; width: 100%; font-size: 13px; }
 th, td { text-align: left; padding: 4px 10px 4px 0; border-top: 1px solid var(--rule); vertical-align: top; }
@@ -66,13 +70,14 @@ std::string Table(Structure const& structure, RankedCentre const& ranked)
     if (ranked.ranking.candidates.empty()) {
         return "<p class=\"faint\">" + Escape(NoRankingText(ranked)) + "</p>\n";
     }
-    std::string table = "<div class=\"scroll\"><table>\n<tr><th>deviation</th><th>geometry</th><th>code</th>"
-                        "<th>ligands on the sites 1, 2, ...</th></tr>\n";
+    std::string table =
+        "<div class=\"scroll\"><table>\n<tr><th>deviation</th><th>fit</th><th>geometry</th><th>code</th>"
+        "<th>ligands on the sites 1, 2, ...</th></tr>\n";
     bool best = true;
     for (Candidate const& candidate : ranked.ranking.candidates) {
         table += std::string(best ? "<tr class=\"best\">" : "<tr>") + "<td class=\"number\">" +
-                 DeviationText(candidate.deviation) + "</td><td>" + Escape(candidate.title) + "</td><td>" +
-                 Escape(candidate.code) + "</td><td>" +
+                 DeviationText(candidate.deviation) + "</td><td class=\"number\">" + FitText(candidate) +
+                 "</td><td>" + Escape(candidate.title) + "</td><td>" + Escape(candidate.code) + "</td><td>" +
                  Escape(Joined(LabellingOf(structure, ranked.centre, candidate))) + "</td></tr>\n";
         best = false;
     }
@@ -90,7 +95,7 @@ std::string Article(Structure const& structure, RankedCentre const& ranked, std:
     if (centre.alike > 0) {
         text += ", " + std::to_string(centre.alike) + " more like it";
     }
-    text += "</p>\n" + DrawCentre(structure, centre, ranked.ranking, id, false) + Table(structure, ranked);
+    text += "</p>\n" + DrawCentre(structure, ranked, id, false) + Table(structure, ranked);
     if (!centre.ligands.empty()) {
         text +=
             "<p class=\"faint\">Distances in \u00e5ngstr\u00f6m: " + Escape(LigandText(structure, centre)) +
@@ -115,9 +120,41 @@ std::string Section(FileReport const& report, std::string const& id)
     return text + "</div>\n</section>\n";
 }
 
+std::string Legend()
+{
+    Examples::Svg svg(404, 26, "legend");
+    DrawDeviationLegend(svg, {2, 2}, 400);
+    return "<div class=\"legend\"><p class=\"faint\">Bars and polyhedra have the colour of the "
+           "deviation</p>" +
+           svg.Finish(false) + "</div>\n";
+}
+
+std::string ChainSection(Structure const& chain, std::string const& id)
+{
+    return "<section id=\"" + id + "\">\n<h2>" + Escape(chain.FileName()) + "</h2>\n<p class=\"faint\">" +
+           Escape(chain.comment) + "</p>\n<p class=\"faint\">" + std::to_string(chain.atoms.size()) +
+           " points, from blue at the start to red at the end</p>\n<article>\n" +
+           DrawChain(chain, id, false) + "</article>\n</section>\n";
+}
+
+std::string Link(std::string const& id, Structure const& structure)
+{
+    return "<a href=\"#" + id + "\">" + Escape(structure.FileName()) + "</a>\n";
+}
+
 } // namespace
 
-std::string HtmlPage(std::vector<FileReport> const& reports, std::vector<std::string> const& failures)
+std::string DrawChain(Structure const& chain, std::string const& idPrefix, bool asFile)
+{
+    Orrin::LegacyArray<Point3d> points;
+    for (Atom const& atom : chain.atoms) {
+        points.push_back(atom.position);
+    }
+    return Examples::DrawRibbon(points, idPrefix, asFile);
+}
+
+std::string HtmlPage(std::vector<FileReport> const& reports, std::vector<Structure> const& chains,
+                     std::vector<std::string> const& failures)
 {
     std::size_t centres = 0;
     for (FileReport const& report : reports) {
@@ -127,12 +164,12 @@ std::string HtmlPage(std::vector<FileReport> const& reports, std::vector<std::st
     page += "<p class=\"faint\">" + std::to_string(centres) + (centres == 1 ? " centre" : " centres") +
             " in " + std::to_string(reports.size()) + (reports.size() == 1 ? " file" : " files") +
             ". The deviation is the sum over all pairs of ligands of the squared difference between the "
-            "measured and "
-            "the ideal cosine of their angle, for the best labelling; 0 is a perfect fit. The translucent "
-            "polyhedron "
-            "is the ideal one of the best geometry, or that of the ligands where no geometry has a "
-            "deviation. Atoms "
-            "carry their number in the file.</p>\n";
+            "measured and the ideal cosine of their angle, for the best labelling; 0 is a perfect fit. The "
+            "fit is the root of the mean squared distance between the directions of the ligands and the "
+            "sites of the ideal polyhedron laid on them, in parts of the bond length. The translucent "
+            "polyhedron is the ideal one of the best geometry, or that of the ligands, in grey, where no "
+            "geometry has a deviation. Atoms carry their number in the file.</p>\n";
+    page += Legend();
     if (!failures.empty()) {
         page += "<div class=\"failures\"><p>Not reported:</p>\n";
         for (std::string const& failure : failures) {
@@ -142,12 +179,17 @@ std::string HtmlPage(std::vector<FileReport> const& reports, std::vector<std::st
     }
     page += "<nav>\n";
     for (std::size_t k = 0; k < reports.size(); ++k) {
-        page += "<a href=\"#file-" + std::to_string(k + 1) + "\">" + Escape(reports[k].structure.FileName()) +
-                "</a>\n";
+        page += Link("file-" + std::to_string(k + 1), reports[k].structure);
+    }
+    for (std::size_t k = 0; k < chains.size(); ++k) {
+        page += Link("chain-" + std::to_string(k + 1), chains[k]);
     }
     page += "</nav>\n<main>\n";
     for (std::size_t k = 0; k < reports.size(); ++k) {
         page += Section(reports[k], "file-" + std::to_string(k + 1));
+    }
+    for (std::size_t k = 0; k < chains.size(); ++k) {
+        page += ChainSection(chains[k], "chain-" + std::to_string(k + 1));
     }
     return page + "</main>\n</body>\n</html>\n";
 }

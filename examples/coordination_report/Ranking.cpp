@@ -59,40 +59,10 @@ PointArray IdealSitesOf(CoordinationGeometryType type)
     return ligands;
 }
 
-} // namespace
-
-Ranking RankGeometries(Structure const& structure, Centre const& centre)
+/// Lays the ideal sites of a candidate on the directions of its ligands and measures how well they fit.
+void Superpose(PointArray const& directions, Candidate& candidate)
 {
-    PointArray const directions = Directions(structure, centre);
-    Ranking ranking;
-    for (Examples::GeometryName const& geometry : Examples::GeometryNames()) {
-        if (CoordinationGeometry::GetCoordinationNumber(geometry.type) != directions.GetSize()) {
-            continue;
-        }
-        IntArray assignment;
-        double const deviation = CoordinationGeometry::DeviationFromIdealCoordinationGeometry(
-            directions, geometry.type, assignment);
-        if (deviation < 0.0) {
-            ranking.unmeasured.push_back(geometry.Title());
-        } else {
-            ranking.candidates.push_back({geometry.type, geometry.Title(), geometry.code, deviation,
-                                          LigandOnSite(geometry.type, assignment)});
-        }
-    }
-    // Octahedron and antiprism may differ by a rounding; equals stay in the order of the catalogue.
-    std::stable_sort(ranking.candidates.begin(), ranking.candidates.end(),
-                     [](Candidate const& a, Candidate const& b) {
-                         return std::llround(a.deviation * 1e9) < std::llround(b.deviation * 1e9);
-                     });
-    return ranking;
-}
-
-std::vector<Point3d> AlignedIdealSites(Structure const& structure, Centre const& centre,
-                                       Candidate const& candidate)
-{
-    PointArray const directions = Directions(structure, centre);
     PointArray const ideal = IdealSitesOf(candidate.type);
-    std::vector<Point3d> best;
     double bestDistance = 0.0;
     // A labelling knows no left and right; the ideal polyhedra are their own mirror images.
     for (double const hand : {1.0, -1.0}) {
@@ -111,18 +81,52 @@ std::vector<Point3d> AlignedIdealSites(Structure const& structure, Centre const&
             sites.push_back(point);
         }
         if (!RMSBestFitTools::FindAndApplyTransformation(from, onto, sites)) {
-            return {};
+            return;
         }
         double distance = 0.0;
         for (long site = 0; site < sites.GetSize(); ++site) {
             distance += sites[site].Distance2(onto[2 * site]);
         }
-        if (best.empty() || distance < bestDistance) {
-            best.assign(sites.begin(), sites.end());
+        if (candidate.sites.empty() || distance < bestDistance) {
+            candidate.sites.assign(sites.begin(), sites.end());
             bestDistance = distance;
         }
     }
-    return best;
+    candidate.fit = std::sqrt(bestDistance / static_cast<double>(ideal.GetSize()));
+}
+
+} // namespace
+
+Ranking RankGeometries(Structure const& structure, Centre const& centre)
+{
+    PointArray const directions = Directions(structure, centre);
+    Ranking ranking;
+    for (Examples::GeometryName const& geometry : Examples::GeometryNames()) {
+        if (CoordinationGeometry::GetCoordinationNumber(geometry.type) != directions.GetSize()) {
+            continue;
+        }
+        IntArray assignment;
+        double const deviation = CoordinationGeometry::DeviationFromIdealCoordinationGeometry(
+            directions, geometry.type, assignment);
+        if (deviation < 0.0) {
+            ranking.unmeasured.push_back(geometry.Title());
+        } else {
+            ranking.candidates.push_back({geometry.type,
+                                          geometry.Title(),
+                                          geometry.code,
+                                          deviation,
+                                          LigandOnSite(geometry.type, assignment),
+                                          {},
+                                          {}});
+            Superpose(directions, ranking.candidates.back());
+        }
+    }
+    // Octahedron and antiprism may differ by a rounding; equals stay in the order of the catalogue.
+    std::stable_sort(ranking.candidates.begin(), ranking.candidates.end(),
+                     [](Candidate const& a, Candidate const& b) {
+                         return std::llround(a.deviation * 1e9) < std::llround(b.deviation * 1e9);
+                     });
+    return ranking;
 }
 
 } // namespace CoordinationReport

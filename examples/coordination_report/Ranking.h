@@ -6,6 +6,7 @@
 
 #include "vorlane/coordination/CoordinationGeometry.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,14 @@ struct Candidate
     std::string code;  ///< empty if it has none
     double deviation;
     std::vector<std::size_t> ligandOnSite; ///< for each site the place among the centre's ligands
+
+    /// The ideal sites at distance 1 from the origin, turned and mirrored to lie on the directions of the
+    /// ligands that the labelling puts on them. Empty for a geometry without ideal sites.
+    std::vector<Point3d> sites;
+
+    /// The root of the mean squared distance between these sites and those directions, so in parts of the
+    /// bond length; none without sites.
+    std::optional<double> fit;
 };
 
 struct Ranking
@@ -29,11 +38,6 @@ struct Ranking
 
 /// Compares the surroundings of a centre with all geometries of its coordination number.
 Ranking RankGeometries(Structure const& structure, Centre const& centre);
-
-/// The ideal sites of a geometry, turned and mirrored to lie on the ligands that the labelling puts on them,
-/// at distance 1 from the origin, in the order of the sites. Empty for a geometry without ideal sites.
-std::vector<Point3d> AlignedIdealSites(Structure const& structure, Centre const& centre,
-                                       Candidate const& candidate);
 
 } // namespace CoordinationReport
 

@@ -2,8 +2,11 @@
 
 #include "examples/coordination_report/Elements.h"
 
-#include <charconv>
+#include "vorlane/text/StringUtils.h"
+
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -11,19 +14,16 @@
 namespace CoordinationReport {
 namespace {
 
-/// Takes the first word off a line; empty if there is none.
-std::string TakeWord(std::string& line)
+using Vorlane::StringUtils;
+
+CString TextOf(std::string const& line)
 {
-    char const* const blanks = " \t\r\v\f";
-    std::size_t const begin = line.find_first_not_of(blanks);
-    if (begin == std::string::npos) {
-        line.clear();
-        return {};
-    }
-    std::size_t const end = std::min(line.find_first_of(blanks, begin), line.size());
-    std::string const word = line.substr(begin, end - begin);
-    line.erase(0, end);
-    return word;
+    return CString(line.data(), static_cast<int>(line.size()));
+}
+
+std::string BytesOf(CString const& text)
+{
+    return std::string(static_cast<char const*>(text), static_cast<std::size_t>(text.GetLength()));
 }
 
 /// A word as it may stand in a message: short, and without bytes that upset a terminal.
@@ -36,26 +36,31 @@ std::string Quoted(std::string const& word)
     return "'" + shown + (word.size() > 40 ? "...'" : "'");
 }
 
-bool ReadCount(std::string const& word, long long& count)
+/// A conversion ends at a zero byte, so a word with one is none that it has read whole.
+bool ReadCount(CString const& word, int& count)
 {
-    auto const result = std::from_chars(word.data(), word.data() + word.size(), count);
-    return result.ec == std::errc() && result.ptr == word.data() + word.size() && count > 0;
+    return std::strlen(word) == static_cast<std::size_t>(word.GetLength()) &&
+           StringUtils::StringToInteger(word, count) && count > 0;
 }
 
-bool ReadCoordinate(std::string const& word, double& value)
+/// A decimal number. One too small for a normal double is the nearest that there is.
+bool ReadCoordinate(CString const& word, double& value)
 {
-    char const* begin = word.data();
-    char const* const end = begin + word.size();
-    if (word.size() > 1 && word[0] == '+' && word[1] != '-') {
-        ++begin;
+    if (BytesOf(word).find_first_not_of("0123456789+-.eE") != std::string::npos) {
+        return false; // names of numbers, and hexadecimal ones
     }
-    auto const result = std::from_chars(begin, end, value);
-    return result.ec == std::errc() && result.ptr == end && std::isfinite(value);
+    if (!StringUtils::StringToReal(word, value)) {
+        if (errno != ERANGE) {
+            return false;
+        }
+        value = StringUtils::PeekRealNumber(word, nullptr);
+    }
+    return std::isfinite(value);
 }
 
-Atom ReadAtom(std::string const& path, std::size_t lineNumber, std::string line)
+Atom ReadAtom(std::string const& path, std::size_t lineNumber, CString line)
 {
-    std::string const symbol = TakeWord(line);
+    std::string const symbol = BytesOf(StringUtils::Parse(line));
     Element const* const element = FindElement(symbol);
     if (element == nullptr) {
         throw BadFile(path, lineNumber, Quoted(symbol) + " is no element");
@@ -64,13 +69,14 @@ Atom ReadAtom(std::string const& path, std::size_t lineNumber, std::string line)
     double* const coordinates[] = {&atom.position.x, &atom.position.y, &atom.position.z};
     char const* const names[] = {"x", "y", "z"};
     for (int k = 0; k < 3; ++k) {
-        std::string const word = TakeWord(line);
-        if (word.empty()) {
+        CString const word = StringUtils::Parse(line);
+        if (word.IsEmpty()) {
             throw BadFile(path, lineNumber, std::string("the coordinate ") + names[k] + " is missing");
         }
         if (!ReadCoordinate(word, *coordinates[k])) {
             throw BadFile(path, lineNumber,
-                          std::string("the coordinate ") + names[k] + " is no number: " + Quoted(word));
+                          std::string("the coordinate ") + names[k] +
+                              " is no number: " + Quoted(BytesOf(word)));
         }
     }
     return atom;
@@ -108,10 +114,10 @@ Structure ReadXyz(std::string const& path)
     if (!std::getline(stream, line)) {
         throw BadFile(path, 0, "the file is empty");
     }
-    std::string rest = line;
-    std::string const countWord = TakeWord(rest);
-    long long count = 0;
-    if (!ReadCount(countWord, count) || !TakeWord(rest).empty()) {
+    CString rest = TextOf(line);
+    CString const countWord = StringUtils::Parse(rest);
+    int count = 0;
+    if (!ReadCount(countWord, count) || !StringUtils::Peek(rest).IsEmpty()) {
         throw BadFile(path, 1,
                       "the number of atoms is wanted here, not " + Quoted(line.substr(0, line.find('\r'))));
     }
@@ -124,15 +130,15 @@ Structure ReadXyz(std::string const& path)
         "line 1 promises " + std::to_string(count) + (count == 1 ? " atom" : " atoms");
     while (std::getline(stream, line)) {
         ++lineNumber;
-        std::string words = line;
-        bool const blank = TakeWord(words).empty();
-        if (static_cast<long long>(structure.atoms.size()) < count) {
+        CString const words = TextOf(line);
+        bool const blank = StringUtils::Peek(words).IsEmpty();
+        if (static_cast<int>(structure.atoms.size()) < count) {
             if (blank) {
                 throw BadFile(path, lineNumber,
                               promised + ", but after " + std::to_string(structure.atoms.size()) +
                                   " comes a blank line");
             }
-            structure.atoms.push_back(ReadAtom(path, lineNumber, line));
+            structure.atoms.push_back(ReadAtom(path, lineNumber, words));
         } else if (!blank) {
             throw BadFile(path, lineNumber, promised + ", but there are more lines");
         }
@@ -140,7 +146,7 @@ Structure ReadXyz(std::string const& path)
     if (stream.bad()) {
         throw BadFile(path, lineNumber, "cannot be read any further");
     }
-    if (static_cast<long long>(structure.atoms.size()) < count) {
+    if (static_cast<int>(structure.atoms.size()) < count) {
         throw BadFile(path, lineNumber + 1,
                       promised + ", but the file ends after " + std::to_string(structure.atoms.size()));
     }

@@ -67,10 +67,10 @@ std::string CentreText(Structure const& structure, RankedCentre const& ranked)
     if (ranked.ranking.candidates.empty()) {
         return text + "    " + Wrapped(NoRankingText(ranked), "    ") + "\n";
     }
-    text += "    deviation  geometry\n";
+    text += "    deviation  fit     geometry\n";
     for (Candidate const& candidate : ranked.ranking.candidates) {
         text +=
-            "     " + Padded(DeviationText(candidate.deviation), 10) +
+            "     " + Padded(DeviationText(candidate.deviation), 10) + Padded(FitText(candidate), 8) +
             Padded(candidate.title, candidate.code.empty() || candidate.code == candidate.title ? 0 : 26) +
             (candidate.code == candidate.title ? "" : candidate.code) + "\n";
     }
@@ -87,6 +87,11 @@ std::string CentreText(Structure const& structure, RankedCentre const& ranked)
 std::string DeviationText(double deviation)
 {
     return Examples::Decimal(deviation, 6);
+}
+
+std::string FitText(Candidate const& candidate)
+{
+    return candidate.fit ? Examples::Decimal(*candidate.fit, 4) : "-";
 }
 
 std::string LigandText(Structure const& structure, Centre const& centre)
@@ -140,7 +145,7 @@ std::string TextReport(FileReport const& report)
 
 std::string TsvHeader()
 {
-    return "file\tcentre\telement\tcn\trank\tgeometry\tcode\tdeviation\tlabelling\tligands\n";
+    return "file\tcentre\telement\tcn\trank\tgeometry\tcode\tdeviation\tlabelling\tligands\tfit\n";
 }
 
 std::string TsvReport(FileReport const& report)
@@ -156,16 +161,17 @@ std::string TsvReport(FileReport const& report)
         for (Ligand const& ligand : centre.ligands) {
             ligands.push_back(structure.NameOf(ligand.atom));
         }
-        std::string const end = "\t" + (ligands.empty() ? "-" : Joined(ligands, ",")) + "\n";
+        std::string const end = "\t" + (ligands.empty() ? "-" : Joined(ligands, ",")) + "\t";
         if (ranked.ranking.candidates.empty()) {
-            table += begin + "0\t-\t-\t-\t-" + end;
+            table += begin + "0\t-\t-\t-\t-" + end + "-\n";
         }
         int rank = 0;
         for (Candidate const& candidate : ranked.ranking.candidates) {
             table += begin + std::to_string(++rank) + "\t" + candidate.title + "\t" +
                      (candidate.code.empty() ? "-" : candidate.code) + "\t" +
                      Examples::Decimal(candidate.deviation, 9) + "\t" +
-                     Joined(LabellingOf(structure, centre, candidate), ",") + end;
+                     Joined(LabellingOf(structure, centre, candidate), ",") + end +
+                     (candidate.fit ? Examples::Decimal(*candidate.fit, 9) : "-") + "\n";
         }
     }
     return table;

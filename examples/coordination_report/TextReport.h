@@ -4,6 +4,7 @@
 #include "examples/coordination_report/Centres.h"
 #include "examples/coordination_report/Ranking.h"
 #include "examples/coordination_report/Structure.h"
+#include "examples/shared/SceneArchive.h"
 
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@ struct RankedCentre
 {
     Centre centre;
     Ranking ranking;
+    Examples::SceneObjects scene; ///< what its pictures are drawn from; empty if none are asked for
 };
 
 /// All that is reported of one file.
@@ -27,6 +29,9 @@ struct FileReport
 
 /// The deviation as the reports print it: six decimals.
 std::string DeviationText(double deviation);
+
+/// The fit as the reports print it: four decimals, or "-" without one.
+std::string FitText(Candidate const& candidate);
 
 /// "N2 2.039, N3 2.039, ..."
 std::string LigandText(Structure const& structure, Centre const& centre);

@@ -58,6 +58,20 @@ double SmallestSeparation(View const& view, std::vector<Ball> const& balls)
     return smallest;
 }
 
+double ExtentOf(Scene const& scene)
+{
+    double extent = 0.0;
+    for (Ball const& ball : scene.balls) {
+        extent = std::max(extent, ball.centre.Length());
+    }
+    for (Face const& face : scene.faces) {
+        for (Point3d const& corner : face.corners) {
+            extent = std::max(extent, corner.Length());
+        }
+    }
+    return extent > 0.0 ? extent : 1.0;
+}
+
 /// The parts of the extent that go into the frame's half, so that a ball at the edge stays inside.
 constexpr double filling = 0.70;
 
@@ -124,9 +138,10 @@ private:
             Unit((face.corners[1] - face.corners[0]).Cross(face.corners[2] - face.corners[0]));
         double const lit = std::abs(Dot(normal, Unit(m_view.towards + 0.6 * m_view.up - 0.5 * m_view.right)));
         std::string const colour = Hex(Mix(Mix(face.colour, {20, 30, 50}, 0.35), face.colour, lit));
-        m_items.push_back({depth, [this, corners, colour, edge = Hex(Mix(face.colour, {20, 30, 50}, 0.25))] {
-                               m_svg.Polygon(corners, "fill=\"" + colour +
-                                                          "\" fill-opacity=\"0.26\" stroke=\"" + edge +
+        m_items.push_back({depth, [this, corners, colour, opacity = Decimal(face.opacity, 2),
+                                   edge = Hex(Mix(face.colour, {20, 30, 50}, 0.25))] {
+                               m_svg.Polygon(corners, "fill=\"" + colour + "\" fill-opacity=\"" + opacity +
+                                                          "\" stroke=\"" + edge +
                                                           "\" stroke-opacity=\"0.75\" stroke-width=\"1.1\" "
                                                           "stroke-linejoin=\"round\"");
                            }});
@@ -196,18 +211,7 @@ private:
 
 View ChooseView(Scene const& scene, Point3d const& upright)
 {
-    double extent = 0.0;
-    for (Ball const& ball : scene.balls) {
-        extent = std::max(extent, ball.centre.Length());
-    }
-    for (Face const& face : scene.faces) {
-        for (Point3d const& corner : face.corners) {
-            extent = std::max(extent, corner.Length());
-        }
-    }
-    if (extent == 0.0) {
-        extent = 1.0;
-    }
+    double const extent = ExtentOf(scene);
     Point3d const up = upright.Length() > 0.0 ? Unit(upright) : Point3d(0, 0, 1);
     View best;
     best.separation = -1.0;
@@ -222,6 +226,13 @@ View ChooseView(Scene const& scene, Point3d const& upright)
         }
     }
     return best;
+}
+
+View LookAlong(Scene const& scene, Point3d const& right, Point3d const& up, Point3d const& towards)
+{
+    View view{right, up, towards, ExtentOf(scene), 0.0};
+    view.separation = SmallestSeparation(view, scene.balls);
+    return view;
 }
 
 void DrawScene(Svg& svg, Scene const& scene, View const& view, Frame const& frame)

@@ -30,6 +30,7 @@ struct Face
 {
     std::vector<Point3d> corners;
     Colour colour;
+    double opacity = 0.26;
 };
 
 /// Shapes around the origin.
@@ -62,6 +63,9 @@ struct Frame
 /// The view from a little above, with a direction upwards, from the side on which the balls hide one another
 /// least.
 View ChooseView(Scene const& scene, Point3d const& upright);
+
+/// The view along axes that are known, of length 1 and at right angles.
+View LookAlong(Scene const& scene, Point3d const& right, Point3d const& up, Point3d const& towards);
 
 /// Draws the scene in perspective, the furthest shapes first.
 void DrawScene(Svg& svg, Scene const& scene, View const& view, Frame const& frame);

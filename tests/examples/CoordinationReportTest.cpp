@@ -6,6 +6,7 @@
 #include "gtest/gtest.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -189,9 +190,9 @@ TEST(CoordinationReportTest, TheReportNamesCentreGeometriesAndSites)
   pentacarbonylchromium Cr(CO)5 (square pyramidal)
   Cr1: coordination number 5
     ligands    C4 1.835, C3 1.910, C6 1.910, C8 1.910, C10 1.910
-    deviation  geometry
-     0.000229  squarePlanarPyramidal     spy5
-     0.765071  trigonalBipyramidal       tbpy5
+    deviation  fit     geometry
+     0.000229  0.0068  squarePlanarPyramidal     spy5
+     0.765071  0.3320  trigonalBipyramidal       tbpy5
     sites of squarePlanarPyramidal: 1 C4, 2 C3, 3 C8, 4 C6, 5 C10
 
 )");
@@ -223,11 +224,13 @@ TEST(CoordinationReportTest, BadFilesAreNamedAndTheOthersStillReported)
         {"0\nc\n", ":1: the number of atoms is wanted here, not '0'"},
         {"1.5\nc\nO 0 0 0\n", ":1: the number of atoms is wanted here, not '1.5'"},
         {"99999999999999999999\nc\n", ":1: the number of atoms is wanted here, not '99999999999999999999'"},
+        {"3000000000\nc\n", ":1: the number of atoms is wanted here, not '3000000000'"},
         {"3\nc\nO 0 0 0\nH 1 0 0\n", ":5: line 1 promises 3 atoms, but the file ends after 2"},
         {"2\nc\nO 0 0 0\n\nH 1 0 0\n", ":4: line 1 promises 2 atoms, but after 1 comes a blank line"},
         {"1\nc\nO 0 0 0\nH 1 0 0\n", ":4: line 1 promises 1 atom, but there are more lines"},
         {"2\r\nc\r\nO 0 0 0\r\nH 1 1,5 0\r\n", ":4: the coordinate y is no number: '1,5'"},
         {"1\nc\nO 0 nan 0\n", ":3: the coordinate y is no number: 'nan'"},
+        {"1\nc\nO 0 0x10 0\n", ":3: the coordinate y is no number: '0x10'"},
         {"1\nc\nO 0 0 1e999\n", ":3: the coordinate z is no number: '1e999'"},
         {"1\nc\nO 0 0 +-1\n", ":3: the coordinate z is no number: '+-1'"},
         {"1\nc\nO 0 0\n", ":3: the coordinate z is missing"},
@@ -243,6 +246,8 @@ TEST(CoordinationReportTest, BadFilesAreNamedAndTheOthersStillReported)
         EXPECT_NE(outcome.out.find("Co1: coordination number 6"), std::string::npos) << bad.text;
     }
     TemporaryFile const absent("absent");
+    TemporaryFile const apart("apart.xyz");
+    std::ofstream(apart.path) << "2\nc\nC 0 0 0\nC 9 0 0\n";
     struct Line
     {
         std::string arguments;
@@ -257,6 +262,13 @@ TEST(CoordinationReportTest, BadFilesAreNamedAndTheOthersStillReported)
         {"--centre Qq" + good, 1, "--centre wants an element, a number or both, not 'Qq'"},
         {"--html '" + absent.path + "/page.html'" + good, 1, "/page.html: cannot be written"},
         {"--svg /dev/null" + good, 1, "/dev/null: cannot be made a folder"},
+        {"--scene /dev/full" + good, 1, "/dev/full: the scenes are not stored: cannot write"},
+        {"--scene /dev/null" + good, 1, "/dev/null: the scenes are not stored: "},
+        {"--scene '" + absent.path + "/scene'" + good, 1, "/scene: the scenes are not stored: cannot open"},
+        {"--html /dev/null --ribbon '" + absent.path + "'" + good, 1, absent.path + ": no such file"},
+        {"--html /dev/null --ribbon '" + apart.path + "'" + good, 1,
+         "no two neighbours are near enough for a ribbon"},
+        {"--ribbon" + good, 2, "--ribbon wants --svg or --html to draw into"},
         {"", 2, "no file is named"},
         {"--cutoff 0" + good, 2, "--cutoff wants a distance above 0 in angstrom, not '0'"},
         {"--cutoff", 2, "--cutoff wants a value"},
@@ -271,10 +283,65 @@ TEST(CoordinationReportTest, BadFilesAreNamedAndTheOthersStillReported)
     }
     Outcome const help = Report("--help");
     EXPECT_EQ(help.status, 0);
-    for (char const* option :
-         {"--centre", "--all-centres", "--cutoff", "--all-contacts", "--tsv", "--svg", "--html"}) {
+    for (char const* option : {"--centre", "--all-centres", "--cutoff", "--all-contacts", "--tsv", "--svg",
+                               "--html", "--scene", "--ribbon"}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
+}
+
+TEST(CoordinationReportTest, ScenesAreStoredAndPicturesDrawnFromWhatIsLoaded)
+{
+    TemporaryFile const scene("scene");
+    TemporaryFile const list("scene.list");
+    TemporaryFile const with("with.html");
+    TemporaryFile const without("without.html");
+    ASSERT_EQ(scene.path + ".list", list.path);
+    Outcome const stored =
+        Report("--scene '" + scene.path + "' --html '" + with.path + "' '" + structures + "'");
+    ASSERT_EQ(stored.status, 0) << stored.err;
+    EXPECT_EQ(Report("--html '" + without.path + "' '" + structures + "'").status, 0);
+    EXPECT_EQ(ReadFile(with.path), ReadFile(without.path));
+
+    std::string const inspect = "'" + scene.path + "' --as \"$(cat '" + list.path + "')\"";
+    Outcome const inspected = RunProgram(VORLANE_SCENE_INSPECT, inspect);
+    EXPECT_EQ(inspected.status, 0) << inspected.out << inspected.err;
+    // The list says where the file ends: one byte more or less is one too many.
+    std::ofstream(scene.path, std::ios::binary | std::ios::app) << 'x';
+    EXPECT_EQ(RunProgram(VORLANE_SCENE_INSPECT, inspect).status, 1);
+
+    ASSERT_EQ(Report("--scene '" + scene.path + "' '" + structures + "co_nh3_6.xyz'").status, 0);
+    EXPECT_EQ(ReadFile(list.path), "attributes,sphere*7,cylinder*6,mesh,text3d*7\n");
+    Outcome const one = RunProgram(VORLANE_SCENE_INSPECT, inspect + " --entries 99");
+    EXPECT_EQ(one.status, 0);
+    // An octahedron: eight faces with three corners of their own, all translucent.
+    EXPECT_NE(one.out.find("mesh.triangles count = 8\n"), std::string::npos) << one.out;
+    EXPECT_NE(one.out.find("text3d[6].text = \"N7\""), std::string::npos);
+}
+
+TEST(CoordinationReportTest, FitsAndPicturesAreTrueToTheStructure)
+{
+    TemporaryFile const file("tetrahedron.xyz");
+    std::ofstream(file.path, std::ios::binary)
+        << "5\nc\nZn 0 0 0\nCl 1 1 1\nCl 1 -1 -1\nCl -1 1 -1\nCl -1 -1 1\n";
+    std::map<std::string, double> fits;
+    for (auto& row : ReadTable(Report("--tsv '" + file.path + "'").out)) {
+        fits[row["geometry"]] = std::stod(row["fit"]);
+    }
+    EXPECT_NEAR(fits["tetrahedral"], 0.0, 1e-7);
+    // Each direction lies on the square but for its height, which is a third of it squared.
+    EXPECT_NEAR(fits["squarePlanar"], std::sqrt(2.0 - 2.0 * std::sqrt(2.0 / 3.0)), 1e-8);
+
+    TemporaryFile const folder("drawn");
+    std::string const chain = VORLANE_SOURCE_DIR "/examples/data/chains/1c1n_ca.xyz";
+    ASSERT_EQ(Report("--svg '" + folder.path + "' --ribbon '" + chain + "' '" + structures +
+                     "catio3_perovskite.xyz'")
+                  .status,
+              0);
+    std::string const docs = VORLANE_SOURCE_DIR "/docs/";
+    EXPECT_EQ(ReadFile(folder.path + "/1c1n_ca-ribbon.svg"), ReadFile(docs + "ribbon.svg"));
+    EXPECT_EQ(ReadFile(folder.path + "/catio3_perovskite-Ti1.svg"), ReadFile(docs + "report.svg"))
+        << "the picture of the documents is old";
+    fs::remove_all(folder.path);
 }
 
 TEST(GeometryGalleryTest, DrawsEachGeometryThatHasIdealSites)
