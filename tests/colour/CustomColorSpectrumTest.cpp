@@ -114,44 +114,35 @@ TEST(CustomColorSpectrumTest, AgreesWithARampComputedForEachPosition)
         Packed const colors = ColorsOf(spectrum);
         std::string const flags = FlagsOf(spectrum);
         for (std::size_t at = 0; at < flags.size(); ++at) {
-            std::size_t before = flags.rfind('x', at), after = flags.find('x', at);
-            before = before == std::string::npos ? after : before;
-            after = after == std::string::npos ? before : after;
+            std::size_t const left = flags.rfind('x', at), right = flags.find('x', at),
+                              no = std::string::npos;
+            std::size_t const before = left == no ? right : left, after = right == no ? left : right;
             double const share = before < after ? double(at - before) / double(after - before) : 0.0;
             for (int shift = 0; shift < 32; shift += 8) {
                 auto const byte = [&](std::size_t stop) {
-                    return (stop == std::string::npos ? black : colors[stop]) >> shift & 0xFF;
+                    return (stop == no ? black : colors[stop]) >> shift & 0xFF;
                 };
-                ASSERT_NEAR(colors[at] >> shift & 0xFF, byte(before) * (1 - share) + byte(after) * share,
-                            0.5 + 1e-9)
-                    << flags << " at " << at;
+                double const mixed = byte(before) * (1 - share) + byte(after) * share;
+                ASSERT_NEAR(colors[at] >> shift & 0xFF, mixed, 0.5 + 1e-9) << flags << " at " << at;
             }
         }
     }
 }
 
-TEST(CustomColorSpectrumTest, OrderTakesItsKeysInTurn)
+TEST(CustomColorSpectrumTest, OrderTakesNameSizeMarkAndFlagsInTurn)
 {
-    CustomColorSpectrum const fromLeast[] = {
-        WithFlags("a", "xxx", true),  WithFlags("B", "xx", true),   WithFlags("b", "---", false),
-        WithFlags("B", "x--", false), WithFlags("b", "x-x", false), WithFlags("b", "xx-", false),
-        WithFlags("b", "---", true),  WithFlags("c", "--", false),  WithFlags("\xE9", "--", false)};
-    ExpectAscending(fromLeast);
-    CustomColorSpectrum const one = WithFlags("Name", "x-", true, red),
-                              other = WithFlags("nAME", "x-", true, blue);
-    EXPECT_TRUE(one == other && !(one < other) && !(other < one));
-}
-
-TEST(CustomColorSpectrumTest, OrderIsAStrictWeakOne)
-{
-    std::vector<CustomColorSpectrum> all;
-    for (char const* name : {"", "a", "A"}) {
-        for (char const* flags : {"--", "x-", "-x", "---", "--x"}) {
-            all.push_back(WithFlags(name, flags, true));
-            all.push_back(WithFlags(name, flags, false));
+    std::vector<CustomColorSpectrum> all; // each beside its equal with other case and colours
+    for (auto const& [name, sameName] : {std::pair("", ""), {"Ab", "aB"}, {"b", "B"}, {"\xE9", "\xE9"}}) {
+        for (auto const& flags : {std::vector{"--", "-x", "x-", "xx"}, {"---", "--x", "-xx", "x--", "xx-"}}) {
+            for (bool const editable : {false, true}) {
+                for (char const* each : flags) {
+                    all.push_back(WithFlags(name, each, editable, red));
+                    all.push_back(WithFlags(sameName, each, editable, blue));
+                }
+            }
         }
     }
-    ExpectStrictWeakOrder(all);
+    ExpectRankedPairs(all);
 }
 
 TEST(CustomColorSpectrumTest, ArchiveHoldsRowNameAndFlags)
@@ -193,18 +184,18 @@ TEST(CustomColorSpectrumTest, LoadsTakeWhateverIsStored)
         CustomColorSpectrum spectrum = WithFlags("old", row.flagsBefore);
         EXPECT_EQ(Load(spectrum, row.bytes), row.cause);
         EXPECT_EQ(FlagsOf(spectrum), row.flags);
-        Packed const stored = {0x09000001u, 0x09000002u, 0x09000003u, 0x09000004u};
-        EXPECT_EQ(ColorsOf(spectrum), Packed(stored.begin(), stored.begin() + int(row.flags.size())));
         // What is no position changes nothing, and computes nothing.
-        spectrum.SetColor(static_cast<int>(row.flags.size()), blue);
+        int const size = static_cast<int>(row.flags.size());
+        spectrum.SetColor(size, blue);
         spectrum.UndefineColor(-1);
-        EXPECT_EQ(ColorsOf(spectrum), Packed(stored.begin(), stored.begin() + int(row.flags.size())));
+        Packed const stored = {0x09000001u, 0x09000002u, 0x09000003u, 0x09000004u};
+        EXPECT_EQ(ColorsOf(spectrum), Packed(stored.begin(), stored.begin() + size));
         // A position is computed from nothing, or defined, in a row of any size.
-        for (int index = 0; index < static_cast<int>(row.flags.size()); ++index) {
+        for (int index = 0; index < size; ++index) {
             spectrum.UndefineColor(index);
         }
         EXPECT_EQ(ColorsOf(spectrum), Packed(row.flags.size(), black));
-        spectrum.SetColor(static_cast<int>(row.flags.size()) - 1, blue);
+        spectrum.SetColor(size - 1, blue);
         EXPECT_EQ(ColorsOf(spectrum), Packed(row.flags.size(), blue));
     }
 }

@@ -142,8 +142,7 @@ TEST(ColorMapTest, InterpolatedRampRoundsToNearestWithHalvesUp)
         map.Ramp(MakeColors(stops), true);
         ASSERT_EQ(map.ColorAtIndex(size - 1), Color(size > 1 ? stops.back() : stops.front()));
         for (int index = 0; index < size; ++index) {
-            // The exact value is `sum / steps`; nearest with halves up means c - 1/2 <= sum / steps < c +
-            // 1/2.
+            // The exact value is `sum / steps`; nearest with halves up: c - 1/2 <= sum / steps < c + 1/2.
             int const position = index * (static_cast<int>(stops.size()) - 1);
             std::size_t const before = static_cast<std::size_t>(position / steps);
             std::size_t const after = std::min(before + 1, stops.size() - 1);
