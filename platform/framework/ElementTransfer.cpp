@@ -4,6 +4,28 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Makes every byte of a block 0 or 1 when it goes, however the block was read.
+class TruthValues
+{
+public:
+    TruthValues(unsigned char* begin, std::size_t count) : m_begin(begin), m_end(begin + count) {}
+    ~TruthValues()
+    {
+        std::transform(m_begin, m_end, m_begin,
+                       [](unsigned char byte) { return static_cast<unsigned char>(byte != 0); });
+    }
+    TruthValues(TruthValues const&) = delete;
+    TruthValues& operator=(TruthValues const&) = delete;
+
+private:
+    unsigned char* m_begin;
+    unsigned char* m_end;
+};
+
+} // namespace
+
 void AfxTransferElements(CArchive& archive, void* elements, std::size_t size, std::ptrdiff_t count,
                          bool areTruthValues)
 {
@@ -19,12 +41,8 @@ void AfxTransferElements(CArchive& archive, void* elements, std::size_t size, st
         if (archive.IsStoring()) {
             archive.Write(bytes, blockSize);
         } else {
-            unsigned int const taken = archive.Read(bytes, blockSize);
-            if (areTruthValues) {
-                std::transform(bytes, bytes + taken, bytes,
-                               [](unsigned char byte) { return static_cast<unsigned char>(byte != 0); });
-            }
-            if (taken < blockSize) {
+            TruthValues const truthValues(bytes, areTruthValues ? blockSize : 0);
+            if (archive.Read(bytes, blockSize) < blockSize) {
                 AfxThrowArchiveException(CArchiveException::endOfFile);
             }
         }

@@ -258,6 +258,18 @@ TEST(CArchiveTest, ElementsGoAsOneBlockAfterTheirCount)
     CArray<bool, bool> truths;
     EXPECT_EQ(LoadObject(truths, {3, 0, 0, 1, 0x80}), 0);
     EXPECT_EQ(StoredObject(truths), (Bytes{3, 0, 0, 1, 1}));
+    struct BrokenFile : CMemFile
+    {
+        using CMemFile::CMemFile;
+        unsigned int Read(void* bytes, unsigned int) override
+        {
+            unsigned int const taken = CMemFile::Read(bytes, 3);
+            return taken > 0 ? taken : throw CFileException(CFileException::hardIO, nullptr, "read");
+        }
+    } file({12, 0, 9, 8, 7, 6, 5, 4});
+    CArchive broken(&file, CArchive::load, 8);
+    EXPECT_THROW(truths.Serialize(broken), CFileException);
+    EXPECT_EQ(StoredObject(truths), (Bytes{12, 0, 1, 1, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0}));
     int* const none = nullptr;
     auto const transferNone = [&](CArchive& archive) {
         SerializeElements(archive, none, 1);
