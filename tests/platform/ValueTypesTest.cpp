@@ -2,9 +2,13 @@
 
 #include "gtest/gtest.h"
 
-#include <cmath>
+#include <cstdint>
+#include <initializer_list>
 #include <limits>
+#include <stdexcept>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 using Orrin::Color;
 using Spatia::Matrix3x3;
@@ -14,59 +18,42 @@ using Spatia::Point3d;
 
 namespace {
 
-void ExpectPoint(Point3d const& point, double x, double y, double z)
+using Doubles = std::vector<double>;
+using Words = std::vector<std::uint32_t>;
+
+Doubles Coordinates(std::initializer_list<Point3d> points)
 {
-    EXPECT_EQ(point.x, x);
-    EXPECT_EQ(point.y, y);
-    EXPECT_EQ(point.z, z);
+    Doubles all;
+    for (Point3d const& point : points) {
+        all.insert(all.end(), {point.x, point.y, point.z});
+    }
+    return all;
 }
 
 } // namespace
 
-TEST(Point3dTest, IsThreeDoublesAndStartsAtZero)
+TEST(Point3dTest, IsThreeDoublesWithTheOperationsOfAVector)
 {
     static_assert(sizeof(Point3d) == 24 && std::is_trivially_copyable_v<Point3d>);
     static_assert(sizeof(Point2d) == 16 && std::is_trivially_copyable_v<Point2d>);
-    ExpectPoint(Point3d(), 0, 0, 0);
-    ExpectPoint(Point3d::origin, 0, 0, 0);
-    ExpectPoint(Point3d::zero, 0, 0, 0);
-    ExpectPoint(Point3d::iVector, 1, 0, 0);
-    ExpectPoint(Point3d::jVector, 0, 1, 0);
-    ExpectPoint(Point3d::kVector, 0, 0, 1);
-}
-
-TEST(Point3dTest, ScalesToALengthAndReturnsItself)
-{
+    EXPECT_EQ(Coordinates({Point3d(), Point3d::origin, Point3d::zero}), Doubles(9));
+    EXPECT_EQ(Coordinates({Point3d::iVector, Point3d::jVector, Point3d::kVector}),
+              (Doubles{1, 0, 0, 0, 1, 0, 0, 0, 1}));
     Point3d point(0, 3, -4);
+    Point3d zero;
     EXPECT_EQ(point.Length(), 5);
     EXPECT_EQ(&point.ChangeLength(10), &point);
-    ExpectPoint(point, 0, 6, -8);
+    EXPECT_EQ(Coordinates({point, zero.ChangeLength(2)}), (Doubles{0, 6, -8, 0, 0, 0}));
     EXPECT_EQ(&point.Normalize(), &point);
-    ExpectPoint(point, 0, 0.6, -0.8);
-}
-
-TEST(Point3dTest, ZeroLengthStaysZero)
-{
-    Point3d point;
-    point.Normalize();
-    ExpectPoint(point, 0, 0, 0);
-    point.ChangeLength(2);
-    ExpectPoint(point, 0, 0, 0);
-}
-
-TEST(Point3dTest, ProductsKeepTheirOrder)
-{
+    EXPECT_EQ(Coordinates({point, zero.Normalize()}), (Doubles{0, 0.6, -0.8, 0, 0, 0}));
     Point3d const a(1, 2, 3);
     Point3d const b(-4, 5, 7);
-    ExpectPoint(Point3d::iVector.Cross(Point3d::jVector), 0, 0, 1);
-    ExpectPoint(a.Cross(b), -1, -19, 13);
     EXPECT_EQ(a.Distance2(b), 25 + 9 + 16);
-    ExpectPoint(a - b, 5, -3, -4);
-    ExpectPoint(2 * a + b, -2, 9, 13);
+    EXPECT_EQ(Coordinates({Point3d::iVector.Cross(Point3d::jVector), a.Cross(b), a - b, 2 * a + b}),
+              (Doubles{0, 0, 1, -1, -19, 13, 5, -3, -4, -2, 9, 13}));
     // A row vector times a matrix: the second row of the matrix is the image of the second axis.
     Matrix3x3 const matrix(1, 2, 3, 4, 5, 6, 7, 8, 9);
-    ExpectPoint(Point3d::jVector * matrix, 4, 5, 6);
-    ExpectPoint(a * matrix, 30, 36, 42);
+    EXPECT_EQ(Coordinates({Point3d::jVector * matrix, a * matrix}), (Doubles{4, 5, 6, 30, 36, 42}));
 }
 
 TEST(MatrixTest, TagsGiveTheConstantMatrices)
@@ -74,41 +61,39 @@ TEST(MatrixTest, TagsGiveTheConstantMatrices)
     static_assert(!std::is_same_v<Matrix3x3::NullMatrixTag, Matrix3x3::IdentityMatrixTag>);
     Matrix3x3 const null(Matrix3x3::NullMatrix);
     Matrix3x3 const identity(Matrix3x3::IdentityMatrix);
-    Matrix4x4 const null4(Matrix4x4::NullMatrix);
-    for (int row = 0; row < 3; ++row) {
-        for (int column = 0; column < 3; ++column) {
-            EXPECT_EQ(null(row, column), 0);
-            EXPECT_EQ(identity(row, column), row == column ? 1 : 0);
-        }
+    for (int i = 0; i < 9; ++i) {
+        EXPECT_EQ(null(i / 3, i % 3), 0);
+        EXPECT_EQ(identity(i / 3, i % 3), i % 4 == 0 ? 1 : 0);
     }
-    EXPECT_EQ(null4(3, 3), 0);
+    EXPECT_EQ(Matrix4x4(Matrix4x4::NullMatrix)(3, 3), 0);
 }
 
 TEST(ColorTest, PacksRedLowestAndAlphaHighest)
 {
-    EXPECT_EQ(Color().GetPacked(), 0xFF000000u);
     Color color(0x04030201u);
-    EXPECT_EQ(color.GetRed(), 1);
-    EXPECT_EQ(color.GetGreen(), 2);
-    EXPECT_EQ(color.GetBlue(), 3);
-    EXPECT_EQ(color.GetAlpha(), 4);
+    EXPECT_EQ((Words{color.GetRed(), color.GetGreen(), color.GetBlue(), color.GetAlpha()}),
+              (Words{1, 2, 3, 4}));
     color.SetAlpha(0xFE);
-    EXPECT_EQ(color.GetPacked(), 0xFE030201u);
-    color.SetRGB(0x99AABBCCul);
-    EXPECT_EQ(color.GetPacked(), 0xFFAABBCCu);
-    EXPECT_EQ(Color::Cyan().GetPacked(), 0xFFFFFF00u);
-    EXPECT_EQ(Color::Yellow().GetBlue(), 0);
+    Color rgb(color);
+    rgb.SetRGB(0x99AABBCCul);
+    EXPECT_EQ((Words{Color().GetPacked(), color.GetPacked(), rgb.GetPacked(), Color::Cyan().GetPacked(),
+                     Color::Yellow().GetBlue()}),
+              (Words{0xFF000000u, 0xFE030201u, 0xFFAABBCCu, 0xFFFFFF00u, 0}));
 }
 
-TEST(LegacyArrayTest, EmptyArrayHasNoDataEvenWithStorage)
+TEST(LegacyArrayTest, AppendsAnEntryOfItselfAndHasNoDataWhenEmpty)
 {
     Orrin::LegacyArray<Point3d> points;
     EXPECT_EQ(points.GetData(), nullptr);
     points.push_back(Point3d(1, 2, 3));
+    for (int i = 0; i < 100; ++i) {
+        points.push_back(points[0]);
+    }
+    EXPECT_EQ(Coordinates({points[100]}), (Doubles{1, 2, 3}));
     EXPECT_NE(points.GetData(), nullptr);
     points.clear();
     EXPECT_EQ(points.GetSize(), 0);
-    EXPECT_EQ(points.GetData(), nullptr);
+    EXPECT_EQ(points.GetData(), nullptr); // with storage
 }
 
 TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedAsTooLong)
@@ -128,16 +113,6 @@ TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedAsTooLong)
     }
     EXPECT_THROW(points.reserve(0x80000000u), std::length_error);
     EXPECT_THROW(Orrin::ColorArray(-1, 1), std::length_error);
-}
-
-TEST(LegacyArrayTest, AppendsAnEntryOfItself)
-{
-    Orrin::LegacyArray<Point3d> points;
-    points.push_back(Point3d(1, 2, 3));
-    for (int i = 0; i < 100; ++i) {
-        points.push_back(points[0]);
-    }
-    ExpectPoint(points[100], 1, 2, 3);
 }
 
 TEST(ColorArrayTest, CopiesColoursAndName)
