@@ -167,9 +167,9 @@ std::string Svg::Finish(bool asFile) const
             Number(m_height) + "\"" + Attribute("width", m_width) + Attribute("height", m_height) +
             " font-family=\"Helvetica, Arial, sans-serif\">\n";
     text += "<style>.paper{fill:#ffffff}.ink{fill:#1f2733}.faint{fill:#6b7686}.rule{stroke:#c9d1dc}"
-            ".track{fill:#e8ecf2}.bar{fill:#9fb0c6}.best{fill:#2f7d6b}"
+            ".track{fill:#e8ecf2}"
             "@media (prefers-color-scheme:dark){.paper{fill:#1b2028}.ink{fill:#e6eaf0}.faint{fill:#97a3b4}"
-            ".rule{stroke:#3a4452}.track{fill:#2a323d}.bar{fill:#5f7088}.best{fill:#4fb59c}}</style>\n";
+            ".rule{stroke:#3a4452}.track{fill:#2a323d}}</style>\n";
     text += "<defs>\n" + m_definitions + "</defs>\n";
     text += "<rect class=\"paper\"" + Attribute("width", m_width) + Attribute("height", m_height) + "/>\n";
     return text + m_body + "</svg>\n";
