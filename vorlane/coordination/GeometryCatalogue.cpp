@@ -2,7 +2,6 @@
 #include "vorlane/coordination/GeometryCatalogueInternal.h"
 
 #include <cstddef>
-#include <iterator>
 
 namespace Vorlane {
 namespace CoordinationGeometry {
@@ -50,16 +49,7 @@ constexpr GeometryRow catalogue[] = {
     {heptagonalBipyramidal, 9, {"heptagonalBipyramidal", "hbpy9"}},
 };
 
-constexpr bool RowsStandAtTheirNumbers()
-{
-    for (std::size_t number = 0; number < std::size(catalogue); ++number) {
-        if (static_cast<std::size_t>(catalogue[number].type) != number) {
-            return false;
-        }
-    }
-    return std::size(catalogue) == geometryCount;
-}
-static_assert(RowsStandAtTheirNumbers());
+static_assert(RowsStandAtTheirNumbers(catalogue));
 
 /// Enters all names, in lower case. A table that has entries stays as it is. Gives true.
 bool FillCoordinationGeometryTable(GeometryTable& table)

@@ -13,6 +13,18 @@ namespace CoordinationGeometry {
 /// The number of geometries, `unknownGeometry` included.
 inline constexpr std::size_t geometryCount = 31;
 
+/// Whether a table has a row for every geometry, each at the number of its `type`.
+template <typename Row, std::size_t count>
+constexpr bool RowsStandAtTheirNumbers(Row const (&rows)[count])
+{
+    for (std::size_t number = 0; number < count; ++number) {
+        if (static_cast<std::size_t>(rows[number].type) != number) {
+            return false;
+        }
+    }
+    return count == geometryCount;
+}
+
 /// Names in lower case.
 using GeometryTable = CrossReference<CString, CoordinationGeometryType>;
 

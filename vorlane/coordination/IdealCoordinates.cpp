@@ -31,7 +31,7 @@ struct SiteRow
     Point3d sites[8]; ///< as many as the geometry has ligands; none if the first is the origin
 };
 
-constexpr SiteRow siteRows[geometryCount] = {
+constexpr SiteRow siteRows[] = {
     {unknownGeometry, {}},
     {linear, {{1, 0, 0}, {-1, 0, 0}}},
     {angular, {{1, 0, 0}, {-third, 2 * t, 0}}},
@@ -80,16 +80,7 @@ constexpr SiteRow siteRows[geometryCount] = {
     {heptagonalBipyramidal, {}},
 };
 
-constexpr bool RowsStandAtTheirNumbers()
-{
-    for (std::size_t number = 0; number < geometryCount; ++number) {
-        if (static_cast<std::size_t>(siteRows[number].type) != number) {
-            return false;
-        }
-    }
-    return true;
-}
-static_assert(RowsStandAtTheirNumbers());
+static_assert(RowsStandAtTheirNumbers(siteRows));
 
 bool IsBetweenMinusOneAndOne(double cosine)
 {
