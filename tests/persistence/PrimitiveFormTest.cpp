@@ -113,56 +113,64 @@ std::vector<Layout> const& Layouts()
     return layouts;
 }
 
-/// Fields that a load assigns together: their bytes in the filled object, and their length in a new one.
+/// Fields that a load assigns together: their bytes in the filled object and in a new one.
 struct Unit
 {
-    Bytes bytes;
-    std::size_t newLength;
+    Bytes filled;
+    Bytes fresh;
     bool assignsEarly;
 };
 
-std::vector<Unit> Units(std::string const& fields)
+using BytesOfUnit = Bytes Unit::*;
+
+std::vector<Unit> Units(Layout const& layout)
 {
     std::vector<Unit> units;
-    std::istringstream pieces(fields);
+    Bytes const fresh = layout.make()->Store(today);
+    auto next = fresh.begin();
+    std::istringstream pieces(layout.fields);
     for (std::string piece; std::getline(pieces, piece, '|');) {
         bool const assignsEarly = !piece.empty() && piece[0] == '~';
         std::size_t const slash = piece.find('/');
-        Bytes const bytes = FromHex(piece.substr(assignsEarly ? 1 : 0, slash - (assignsEarly ? 1 : 0)));
-        std::size_t const newLength =
-            slash == std::string::npos ? bytes.size() : FromHex(piece.substr(slash + 1)).size();
-        units.push_back({bytes, newLength, assignsEarly});
+        Bytes const filled = FromHex(piece.substr(assignsEarly ? 1 : 0, slash - (assignsEarly ? 1 : 0)));
+        auto const end = next + static_cast<std::ptrdiff_t>(slash == std::string::npos
+                                                                ? filled.size()
+                                                                : FromHex(piece.substr(slash + 1)).size());
+        units.push_back({filled, Bytes(next, end), assignsEarly});
+        next = end;
     }
     return units;
 }
 
-Bytes Joined(std::vector<Unit> const& units, std::size_t count)
+/// The first `count` units of one object, then those of the other, if there is one.
+Bytes Joined(std::vector<Unit> const& units, std::size_t count, BytesOfUnit first, BytesOfUnit rest = nullptr)
 {
     Bytes bytes;
-    for (std::size_t i = 0; i < std::min(count, units.size()); ++i) {
-        bytes.insert(bytes.end(), units[i].bytes.begin(), units[i].bytes.end());
+    for (std::size_t i = 0; i < (rest != nullptr ? units.size() : count); ++i) {
+        Bytes const& unit = units[i].*(i < count ? first : rest);
+        bytes.insert(bytes.end(), unit.begin(), unit.end());
     }
     return bytes;
 }
 
 Bytes AllBytes(Layout const& layout)
 {
-    return Joined(Units(layout.fields), SIZE_MAX);
+    return Joined(Units(layout), 0, nullptr, &Unit::filled);
 }
 
-/// What an object that was new stores once the first `loaded` units have been loaded.
-std::string StateAfter(Layout const& layout, std::size_t loaded)
+/// A new object, or the filled one.
+std::unique_ptr<Subject> MakeBefore(Layout const& layout, BytesOfUnit before)
 {
-    std::vector<Unit> const units = Units(layout.fields);
-    Bytes state = Joined(units, loaded);
-    Bytes const fresh = layout.make()->Store(today);
-    std::size_t position = 0;
-    for (std::size_t i = 0; i < std::min(loaded, units.size()); ++i) {
-        position += units[i].newLength;
+    auto subject = layout.make();
+    if (before == &Unit::filled) {
+        subject->Fill();
     }
-    state.insert(state.end(), fresh.begin() + static_cast<std::ptrdiff_t>(position), fresh.end());
-    return ToHex(state);
+    return subject;
 }
+
+/// What a load brings, and what the object held before.
+constexpr std::pair<BytesOfUnit, BytesOfUnit> loadsAndBefore[] = {{&Unit::filled, &Unit::fresh},
+                                                                  {&Unit::fresh, &Unit::filled}};
 
 Layout const& LayoutOf(std::string const& name)
 {
@@ -223,24 +231,28 @@ TEST(PrimitiveFormTest, SceneOfEveryObjectGoesToAFileAndBack)
 TEST(PrimitiveFormTest, ArchiveCutAnywhereLoadsTheFieldsBeforeTheCut)
 {
     for (Layout const& layout : Layouts()) {
-        Bytes const bytes = AllBytes(layout);
-        std::vector<Unit> const units = Units(layout.fields);
-        for (std::size_t cut = 0, loaded = 0, end = units[0].bytes.size(); cut < bytes.size(); ++cut) {
-            SCOPED_TRACE(std::string(layout.name) + " cut to " + std::to_string(cut));
-            for (; cut >= end; end += units[loaded].bytes.size()) {
-                ++loaded;
-            }
-            auto const subject = layout.make();
-            try {
-                subject->Load(Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut)), today);
-                ADD_FAILURE() << "loaded";
-            } catch (CArchiveException const& exception) {
-                EXPECT_EQ(exception.m_cause, 3);
-                bool const hasText = std::string(layout.name).find("Text") == 0;
-                EXPECT_TRUE(exception.m_strFileName == "named" || (hasText && exception.m_strFileName == ""));
-            }
-            if (!units[loaded].assignsEarly) {
-                EXPECT_EQ(ToHex(subject->Store(today)), StateAfter(layout, loaded));
+        std::vector<Unit> const units = Units(layout);
+        for (auto const& [loads, before] : loadsAndBefore) {
+            Bytes const bytes = Joined(units, units.size(), loads);
+            for (std::size_t cut = 0, loaded = 0, end = (units[0].*loads).size(); cut < bytes.size(); ++cut) {
+                SCOPED_TRACE(std::string(layout.name) + " cut to " + std::to_string(cut));
+                for (; cut >= end; end += (units[loaded].*loads).size()) {
+                    ++loaded;
+                }
+                auto const subject = MakeBefore(layout, before);
+                try {
+                    subject->Load(Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut)),
+                                  today);
+                    ADD_FAILURE() << "loaded";
+                } catch (CArchiveException const& exception) {
+                    CString const& file = exception.m_strFileName;
+                    bool const hasText = std::string(layout.name).find("Text") == 0;
+                    EXPECT_EQ(exception.m_cause, 3);
+                    EXPECT_TRUE(file == "named" || (hasText && file == ""));
+                }
+                if (!units[loaded].assignsEarly) {
+                    EXPECT_EQ(ToHex(subject->Store(today)), ToHex(Joined(units, loaded, loads, before)));
+                }
             }
         }
     }
@@ -290,11 +302,14 @@ TEST(PrimitiveFormTest, OlderArchivesHoldTheFirstFieldsOfALayout)
     };
     for (Row const& row : rows) {
         Layout const& layout = LayoutOf(row.name);
-        for (auto const& [schema, units] : row.unitsAtSchema) {
+        std::vector<Unit> const units = Units(layout);
+        for (auto const& [schema, count] : row.unitsAtSchema) {
             SCOPED_TRACE(std::string(row.name) + " at " + std::to_string(schema));
-            auto const subject = layout.make();
-            EXPECT_EQ(subject->Load(Joined(Units(layout.fields), units), schema), 0u);
-            EXPECT_EQ(ToHex(subject->Store(today)), StateAfter(layout, units));
+            for (auto const& [loads, before] : loadsAndBefore) {
+                auto const subject = MakeBefore(layout, before);
+                EXPECT_EQ(subject->Load(Joined(units, count, loads), schema), 0u);
+                EXPECT_EQ(ToHex(subject->Store(today)), ToHex(Joined(units, count, loads, before)));
+            }
         }
     }
 }
