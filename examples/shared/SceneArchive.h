@@ -6,13 +6,13 @@
 ///
 /// An archive of scenes has the schema number 24 and holds one scene after the other. The objects of a scene:
 ///
-/// | object | how many | what of it is used |
-/// |---|---|---|
-/// | GraphicsAttributes | 1 | background, one light; the first three rows of `attrMatrix` are the view:
-/// right, up, towards the viewer | | SpherePrimitive | balls | centre, colour, radius | | CylinderPrimitive |
-/// bonds | both ends, each with the colour of its half, radius | | TriangleMeshPrimitive | 1 | the faces,
-/// each a fan around the first of its corners; the vertex colours are translucent | | Text3DPrimitive | balls
-/// | the labels, in the order of the balls |
+/// - one GraphicsAttributes: background, one light; the first three rows of `attrMatrix` are the view: right,
+///   up, towards the viewer
+/// - a SpherePrimitive for each ball: centre, colour, radius
+/// - a CylinderPrimitive for each bond: both ends, each with the colour of its half, radius
+/// - one TriangleMeshPrimitive: the faces, each a fan around the first of its corners; the vertex colours are
+///   translucent
+/// - a Text3DPrimitive for each ball: its label
 ///
 /// An archive names no types, so the reader must know the shape of each scene.
 
