@@ -1,5 +1,6 @@
 #include "vorlane/spatial/NeighborList.h"
 
+#include "tests/support/AllocationFailure.h"
 #include "tests/support/Seed.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +10,10 @@
 #include <cmath>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -331,6 +334,76 @@ TEST(NeighborList, WithoutAPositiveCutoffFindsNothing)
     } catch (CInvalidArgException const& exception) {
         EXPECT_STREQ(exception.what(), "a hash size of 0 is below 1");
     }
+}
+
+TEST(NeighborList, KeepsToItsShareOfMemory)
+{
+    // Points to a voxel, of which 17, 33 and 129 are just too many for what held them, and bytes beyond the
+    // share.
+    for (auto const& [perVoxel, beyond] :
+         std::map<int, std::size_t>{{1, 512}, {3, 512}, {17, 16384}, {33, 16384}, {129, 512}, {20000, 512}}) {
+        for (bool const inTurn : {false, true}) {
+            std::size_t const before = VorlaneTest::GetAllocatedBytes();
+            NeighborList list(1.0, 1000003);
+            int const voxelCount = 20000 / perVoxel;
+            for (int n = 0; n != voxelCount * perVoxel; ++n) {
+                int const voxel = inTurn ? n % voxelCount : n / perVoxel;
+                list.Add({voxel % 600 + 0.5, voxel / 600 + 0.5, 0.5});
+                std::size_t const voxels =
+                    static_cast<std::size_t>(inTurn ? std::min(n + 1, voxelCount) : n / perVoxel + 1);
+                std::size_t const points = static_cast<std::size_t>(n) + 1;
+                std::size_t const share = 2 * sizeof(NeighborList::VoxelData) * points + 64 * voxels;
+                ASSERT_LE(VorlaneTest::GetAllocatedBytes() - before, share + beyond) << perVoxel << ", " << n;
+            }
+        }
+    }
+}
+
+TEST(NeighborList, SurvivesFailedAllocations)
+{
+    Engine engine;
+    SCOPED_TRACE(engine.Describe());
+    Points points;
+    std::generate_n(std::back_inserter(points), 1500, [&] { return Anywhere(engine, -3, 3); });
+    Numbers first, second;
+    PlainModel(points, 1.0, 7).GetPairs(first, second);
+    std::optional<NeighborList> list;
+    std::size_t added = 0;
+    int failures = VorlaneTest::ForEachFailedAllocation(
+        [&] {
+            added = 0;
+            list.emplace(1.0, 7);
+        },
+        [&] {
+            for (; added != points.size(); ++added) {
+                ASSERT_EQ(list->Add(points[added]), static_cast<int>(added));
+            }
+        },
+        [&] {
+            // The refused point may be added again.
+            for (; added != points.size(); ++added) {
+                ASSERT_EQ(list->Add(points[added]), static_cast<int>(added));
+            }
+            IntArray foundFirst, foundSecond;
+            list->GetPairs(foundFirst, foundSecond);
+            EXPECT_TRUE(ToNumbers(foundFirst) == first && ToNumbers(foundSecond) == second);
+        });
+    EXPECT_GT(failures, 10);
+    IntArray foundFirst, foundSecond, neighbors;
+    auto const forget = [&] {
+        for (IntArray* array : {&foundFirst, &foundSecond, &neighbors}) {
+            array->RemoveAll();
+        }
+    };
+    failures = VorlaneTest::ForEachFailedAllocation(
+        forget,
+        [&] {
+            list->GetPairs(foundFirst, foundSecond);
+            list->GetNeighbors(Point3d(), neighbors);
+        },
+        [&] { EXPECT_EQ(foundFirst.GetSize(), foundSecond.GetSize()); });
+    EXPECT_GT(failures, 10);
+    EXPECT_TRUE(ToNumbers(foundFirst) == first && ToNumbers(foundSecond) == second);
 }
 
 TEST(NeighborList, CountsThePairsOfAProtein)

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <limits>
+#include <malloc.h>
 #include <new>
 
 namespace {
@@ -10,6 +11,7 @@ namespace {
 /// How many allocations are granted before the one that fails; below 0 none fails.
 thread_local int granted = -1;
 thread_local std::size_t largest = std::numeric_limits<std::size_t>::max();
+thread_local std::size_t allocated = 0;
 
 bool IsRefused(std::size_t bytes)
 {
@@ -48,6 +50,11 @@ AllocationLimit::~AllocationLimit()
     largest = std::numeric_limits<std::size_t>::max();
 }
 
+std::size_t GetAllocatedBytes()
+{
+    return allocated;
+}
+
 } // namespace VorlaneTest
 
 // The linker leads calls of malloc to __wrap_malloc, and so on.
@@ -75,18 +82,38 @@ void* __wrap_realloc(void* memory, std::size_t bytes)
 }
 }
 
-void* operator new(std::size_t bytes, std::nothrow_t const&) noexcept
+namespace {
+
+void* Counted(void* memory)
 {
-    return IsRefused(bytes) ? nullptr : __real_malloc(bytes != 0 ? bytes : 1);
+    allocated += malloc_usable_size(memory);
+    return memory;
 }
 
-void* operator new(std::size_t bytes)
+void* Required(void* memory)
 {
-    void* const memory = operator new(bytes, std::nothrow);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
     return memory;
+}
+
+void Release(void* memory)
+{
+    allocated -= malloc_usable_size(memory);
+    std::free(memory);
+}
+
+} // namespace
+
+void* operator new(std::size_t bytes, std::nothrow_t const&) noexcept
+{
+    return IsRefused(bytes) ? nullptr : Counted(__real_malloc(bytes != 0 ? bytes : 1));
+}
+
+void* operator new(std::size_t bytes)
+{
+    return Required(operator new(bytes, std::nothrow));
 }
 
 void* operator new[](std::size_t bytes)
@@ -99,22 +126,54 @@ void* operator new[](std::size_t bytes, std::nothrow_t const&) noexcept
     return operator new(bytes, std::nothrow);
 }
 
+void* operator new(std::size_t bytes, std::align_val_t alignment)
+{
+    std::size_t const step = static_cast<std::size_t>(alignment);
+    std::size_t const rounded = (bytes + step - 1) / step * step;
+    return Required(IsRefused(bytes) ? nullptr : Counted(std::aligned_alloc(step, rounded)));
+}
+
+void* operator new[](std::size_t bytes, std::align_val_t alignment)
+{
+    return operator new(bytes, alignment);
+}
+
 void operator delete(void* memory) noexcept
 {
-    std::free(memory);
+    Release(memory);
 }
 
 void operator delete[](void* memory) noexcept
 {
-    std::free(memory);
+    Release(memory);
 }
 
 void operator delete(void* memory, std::size_t) noexcept
 {
-    std::free(memory);
+    Release(memory);
 }
 
 void operator delete[](void* memory, std::size_t) noexcept
 {
-    std::free(memory);
+    Release(memory);
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept
+{
+    Release(memory);
+}
+
+void operator delete[](void* memory, std::align_val_t) noexcept
+{
+    Release(memory);
+}
+
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
+{
+    Release(memory);
+}
+
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept
+{
+    Release(memory);
 }

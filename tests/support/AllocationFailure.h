@@ -49,6 +49,9 @@ public:
     AllocationLimit& operator=(AllocationLimit const&) = delete;
 };
 
+/// What this thread took with operator new and has not given back, in bytes; take the difference of two.
+std::size_t GetAllocatedBytes();
+
 /// Runs `operation` with its first, second, ... allocation failing, until it gets through without meeting the
 /// failure. `prepare` runs before each attempt, `check` after each that ended in CMemoryException. Gives the
 /// number of attempts that met their failure, whether they raised or could do without the memory.

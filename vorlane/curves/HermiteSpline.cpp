@@ -132,6 +132,32 @@ public:
         m_end = Plain(endIsFixed ? m_end : m_points[m_count - 1] - m_points[m_count - 2]);
     }
 
+    /// Writes the points from `first` on of every segment, as many as there are weights, into the whole
+    /// curve.
+    void Write(WeightTable const& weights, int first, int pointsPerSegment, Point3d* curve) const
+    {
+        // Tangents are made some at a time, so that their roots and divisions overlap.
+        constexpr int block = 32;
+        Point3d tangents[block + 1];
+        // The last point of a segment is the first of the next, so only the last segment writes its own.
+        int const inner = std::min(weights.GetSize(), pointsPerSegment - 1 - first);
+        int const segmentCount = m_count - 1;
+        Point3d* output = curve + first;
+        for (int begin = 0; begin < segmentCount; begin += block) {
+            int const size = std::min(block, segmentCount - begin);
+            for (int n = 0; n <= size; ++n) {
+                tangents[n] = Tangent(begin + n);
+            }
+            for (int n = 0; n != size; ++n) {
+                int const i = begin + n;
+                weights.Write({m_points[i], m_points[i + 1], tangents[n], tangents[n + 1]}, output,
+                              i == segmentCount - 1 ? weights.GetSize() : inner);
+                output += pointsPerSegment - 1;
+            }
+        }
+    }
+
+private:
     Point3d Tangent(int i) const
     {
         if (i == 0) {
@@ -143,7 +169,6 @@ public:
         return m_plain ? Plain(CentralDifference(i)) : Tilted(CentralDifference(i), Binormal(i));
     }
 
-private:
     Point3d CentralDifference(int i) const { return m_points[i + 1] - m_points[i - 1]; }
 
     Point3d Binormal(int i) const
@@ -193,20 +218,8 @@ int Spline::GetHermiteSpline(LegacyArray<Point3d>& points, int pointCount, Legac
         chain.UsePlainTangents(before != nullptr, after != nullptr);
     }
 
-    // The last point of a segment is the first of the next, so only the last segment writes its own.
-    int const lastSegment = pointCount - 2;
     for (int first = 0; first < pointsPerSegment; first += WeightTable::capacity) {
-        WeightTable const weights(first, pointsPerSegment);
-        int const inner = std::min(weights.GetSize(), pointsPerSegment - 1 - first);
-        Point3d* output = curve.GetData() + first;
-        Point3d tangent = chain.Tangent(0);
-        for (int i = 0; i <= lastSegment; ++i) {
-            Point3d const nextTangent = chain.Tangent(i + 1);
-            weights.Write({chainPoints[i], chainPoints[i + 1], tangent, nextTangent}, output,
-                          i == lastSegment ? weights.GetSize() : inner);
-            output += pointsPerSegment - 1;
-            tangent = nextTangent;
-        }
+        chain.Write(WeightTable(first, pointsPerSegment), first, pointsPerSegment, curve.GetData());
     }
     return (pointCount - 1) * (pointsPerSegment - 1) + 1;
 }

@@ -186,30 +186,4 @@ int NeighborList::GetPairs(IntArray& first, IntArray& second) const
     return first.GetSize();
 }
 
-int NeighborList::GetSubIndex(double coordinate) const
-{
-    // Not written as a test for "at or below", so that NaN comes here too.
-    if (!(coordinate > m_minimum)) {
-        return 0;
-    }
-    int const last = m_voxelsPerAxis - 1;
-    if (coordinate >= m_maximum) {
-        return last;
-    }
-    // Just below the upper bound the product can round to the number of voxels; with extreme cutoffs it is
-    // infinite or NaN.
-    double const position = (coordinate - m_minimum) * m_inverseCutoff;
-    return position < last ? static_cast<int>(position) : last;
-}
-
-int NeighborList::GetIndex(int i, int j, int k) const
-{
-    return m_voxelsPerPlane * i + m_voxelsPerAxis * j + k;
-}
-
-int NeighborList::GetIndex(Point3d const& point) const
-{
-    return GetIndex(GetSubIndex(point.x), GetSubIndex(point.y), GetSubIndex(point.z));
-}
-
 } // namespace Vorlane

@@ -26,7 +26,7 @@ class VoxelStore;
 ///
 /// All distances are compared as squares and strictly: points exactly a cutoff apart are not a pair.
 ///
-/// Memory: at most 64 bytes a point, and some 50 bytes a voxel.
+/// Memory: at most 64 bytes a point and 64 bytes a voxel, and 16 kilobytes.
 class VORLANE_EXPORT NeighborList
 {
 public:
@@ -103,6 +103,32 @@ private:
     unsigned int m_hashSize = 17;
     std::unique_ptr<VoxelStore> m_voxels;
 };
+
+inline int NeighborList::GetSubIndex(double coordinate) const
+{
+    // Not written as a test for "at or below", so that NaN comes here too.
+    if (!(coordinate > m_minimum)) {
+        return 0;
+    }
+    int const last = m_voxelsPerAxis - 1;
+    if (coordinate >= m_maximum) {
+        return last;
+    }
+    // Just below the upper bound the product can round to the number of voxels; with extreme cutoffs it is
+    // infinite or NaN.
+    double const position = (coordinate - m_minimum) * m_inverseCutoff;
+    return position < last ? static_cast<int>(position) : last;
+}
+
+inline int NeighborList::GetIndex(int i, int j, int k) const
+{
+    return m_voxelsPerPlane * i + m_voxelsPerAxis * j + k;
+}
+
+inline int NeighborList::GetIndex(Spatia::Point3d const& point) const
+{
+    return GetIndex(GetSubIndex(point.x), GetSubIndex(point.y), GetSubIndex(point.z));
+}
 
 } // namespace Vorlane
 

@@ -61,23 +61,21 @@ void VoxelStore::GrowTable()
 std::uint32_t VoxelStore::AllocateChunk(std::uint32_t size)
 {
     if (m_slabUsed + size > m_slabCapacity) {
-        if (m_slabCapacity < slabSize) {
-            // A small list keeps to a small first slab, which moves as it grows.
-            std::uint32_t const wanted = std::max(m_slabUsed + size, m_slabCapacity + m_slabCapacity / 4);
-            std::uint32_t const capacity = std::min(std::max(wanted, std::uint32_t(4)), slabSize);
-            std::unique_ptr<Line[]> slab(new Line[capacity]);
-            if (m_slabs.empty()) {
-                m_slabs.push_back(std::move(slab));
-            } else {
-                std::copy_n(m_slabs.front().get(), m_slabUsed, slab.get());
-                m_slabs.front() = std::move(slab);
-            }
-            m_slabCapacity = capacity;
+        // The last slab moves as it grows, so that a small list takes little more than it needs.
+        bool const isNew = m_slabs.empty() || m_slabUsed + size > slabSize;
+        std::uint32_t const used = isNew ? 0 : m_slabUsed;
+        std::size_t const lines = m_slabs.empty() ? 0 : (m_slabs.size() - 1) * slabSize + m_slabUsed;
+        std::uint32_t const capacity = static_cast<std::uint32_t>(
+            std::clamp(used + std::max<std::size_t>(size, lines / 4), std::size_t(4), std::size_t(slabSize)));
+        std::unique_ptr<Line[]> slab(new Line[capacity]);
+        if (isNew) {
+            m_slabs.push_back(std::move(slab));
+        } else {
+            std::copy_n(m_slabs.back().get(), used, slab.get());
+            m_slabs.back() = std::move(slab);
         }
-        if (m_slabUsed + size > m_slabCapacity) {
-            m_slabs.push_back(std::unique_ptr<Line[]>(new Line[slabSize]));
-            m_slabUsed = 0;
-        }
+        m_slabCapacity = capacity;
+        m_slabUsed = used;
     }
     std::uint32_t const line = static_cast<std::uint32_t>(m_slabs.size() - 1) * slabSize + m_slabUsed;
     m_slabUsed += size;

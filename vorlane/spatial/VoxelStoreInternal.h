@@ -15,7 +15,7 @@ namespace Vorlane {
 /// voxel in the order of addition.
 ///
 /// Points lie in lines of two, one cache line each, with their coordinates side by side, so that a search
-/// tests both at once. The lines of a voxel come in chunks of 1, 1, 2, 4, ... up to 64 lines, taken from
+/// tests both at once. The lines of a voxel come in chunks of 1, 1, 2, 4, ... up to 16 lines, taken from
 /// slabs that all voxels share: nothing is copied or given back while a voxel grows, and no more than half of
 /// it is unused.
 ///
@@ -89,8 +89,8 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t largestChunk = 64;
-    static constexpr std::uint32_t slabBits = 10;
+    static constexpr std::uint32_t largestChunk = 16;
+    static constexpr std::uint32_t slabBits = 8;
     static constexpr std::uint32_t slabSize = 1u << slabBits;
 
     /// The size of the chunk that follows `linesBefore` lines of a voxel.
@@ -99,7 +99,7 @@ private:
         return std::clamp(linesBefore, std::uint32_t(1), largestChunk);
     }
 
-    /// Where a chunk begins: at 0, 1, 2, 4, ..., 64, 128, 192, ... lines.
+    /// Where a chunk begins: at 0, 1, 2, 4, 8, 16, 32, 48, ... lines.
     static bool IsChunkStart(std::uint32_t linesBefore)
     {
         bool const isPowerOfTwo = (linesBefore & (linesBefore - 1)) == 0;
@@ -131,10 +131,9 @@ private:
 
     std::vector<Voxel> m_table; ///< its size is a power of two, and three tenths of it or more are free
     std::size_t m_voxelCount = 0;
-    std::vector<std::unique_ptr<Line[]>>
-        m_slabs;                      ///< of slabSize lines each, but a first one that is alone grows
-    std::uint32_t m_slabCapacity = 0; ///< of the last slab
-    std::uint32_t m_slabUsed = 0;     ///< lines taken from the last slab
+    std::vector<std::unique_ptr<Line[]>> m_slabs; ///< of slabSize lines each, but the last one may be smaller
+    std::uint32_t m_slabCapacity = 0;             ///< of the last slab
+    std::uint32_t m_slabUsed = 0;                 ///< lines taken from the last slab
 };
 
 } // namespace Vorlane
