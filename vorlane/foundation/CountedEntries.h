@@ -18,8 +18,8 @@
 
 namespace Vorlane {
 
-/// The memory that a list may take on the word of its count alone: 1 MB.
-constexpr std::size_t memoryOnTrust = std::size_t{1} << 20;
+/// The memory that a list may take on the word of its count alone: 16 MB.
+constexpr std::size_t memoryOnTrust = std::size_t{16} << 20;
 
 /// Gives the 32 bits of a count as a number of entries.
 ///

@@ -34,7 +34,7 @@ VORLANE_EXPORT void SerializeMatrix4x4(CArchive& ar, Spatia::Matrix4x4& matrix);
 ///
 /// A load first gives the array the size that the archive tells, new points being zero. If the archive ends
 /// early, the points read so far are loaded, old ones within the size stay, and the rest is zero. A size that
-/// the rest of the archive cannot hold, and that would take more than 1 MB, is taken up only as far as its
+/// the rest of the archive cannot hold, and that would take more than 16 MB, is taken up only as far as its
 /// bytes are there.
 ///
 /// \throws std::length_error "vector<T> too long" for a size from 0x80000000 up; the array is then as it was.
