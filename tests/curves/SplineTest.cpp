@@ -62,58 +62,44 @@ PointArray CubicCurve(Spline const& spline, Points const& points = fivePoints)
 
 TEST(Spline, DrawsCubicCurvesOfThreeBases)
 {
-    struct Case
-    {
-        Spline::SplineType type;
-        double tension;
-        double bias;
-        Points curve;
-    } const cases[] = {
-        {Spline::Beta,
-         2.5,
-         0.75,
-         {{1.474926253687316, 0.5132743362831859, -0.6371681415929203},
-          {1.687479514913143, 0.8515514039112859, -0.3444772205834153},
-          {1.964929531301213, 1.167868458428931, 0.1173385775155687},
-          {2.337758112094395, 1.111356932153392, 0.5221238938053098},
-          {2.820277504643286, 0.5586966022069267, 0.7639571725117448},
-          {3.400469791325249, -0.2764940456680869, 0.9199169671146072}}},
-        {Spline::Cardinal,
-         0.3,
-         9.0,
-         {{1.5, 0.25, -1},
-          {1.662962962962963, 0.7444444444444445, -0.6388888888888888},
-          {1.803703703703704, 1.455555555555555, 0.02222222222222222},
-          {2, 1.75, 0.5},
-          {2.596296296296296, 1.064814814814815, 0.8222222222222222},
-          {3.47037037037037, -0.1481481481481481, 1.161111111111111}}},
-        {Spline::Bspline,
-         0.8,
-         9.0,
-         {{1.366666666666667, 0.4166666666666667, -0.6666666666666666},
-          {1.62716049382716, 0.7561728395061729, -0.4271604938271605},
-          {1.895061728395062, 1.110493827160494, 0.004938271604938272},
-          {2.2, 1.183333333333333, 0.4},
-          {2.68395061728395, 0.7148148148148148, 0.695679012345679},
-          {3.271604938271605, -0.07592592592592592, 0.8987654320987655}}},
-    };
-    for (Case const& row : cases) {
-        SCOPED_TRACE(row.type);
-        Spline spline(row.type);
+    auto const check = [](Spline::SplineType type, double tension, double bias, Points const& expected) {
+        SCOPED_TRACE(type);
+        Spline spline(type);
         EXPECT_EQ(CubicCurve(spline).GetSize(), 2 * 6);
-        spline.SetTension(row.tension);
-        spline.SetBias(row.bias);
+        spline.SetTension(tension);
+        spline.SetBias(bias);
         spline.SetGranularity(3);
-        ExpectNear(CubicCurve(spline), row.curve);
+        ExpectNear(CubicCurve(spline), expected);
         EXPECT_EQ(CubicCurve(spline).GetSize(), 2 * 3);
         EXPECT_EQ(CubicCurve(spline, {{}, {}, {}}).GetSize(), 0);
         EXPECT_EQ(CubicCurve(spline, {{}, {}}).GetSize(), 0);
         PointArray inPlace = ToArray(fivePoints);
         EXPECT_EQ(spline.GetCubicSpline(inPlace, inPlace), 1);
-        ExpectNear(inPlace, row.curve);
+        ExpectNear(inPlace, expected);
         spline.SetGranularity(0);
         EXPECT_EQ(CubicCurve(spline).GetSize(), 0);
-    }
+    };
+    check(Spline::Beta, 2.5, 0.75,
+          {{1.474926253687316, 0.5132743362831859, -0.6371681415929203},
+           {1.687479514913143, 0.8515514039112859, -0.3444772205834153},
+           {1.964929531301213, 1.167868458428931, 0.1173385775155687},
+           {2.337758112094395, 1.111356932153392, 0.5221238938053098},
+           {2.820277504643286, 0.5586966022069267, 0.7639571725117448},
+           {3.400469791325249, -0.2764940456680869, 0.9199169671146072}});
+    check(Spline::Cardinal, 0.3, 9.0,
+          {{1.5, 0.25, -1},
+           {1.662962962962963, 0.7444444444444445, -0.6388888888888888},
+           {1.803703703703704, 1.455555555555555, 0.02222222222222222},
+           {2, 1.75, 0.5},
+           {2.596296296296296, 1.064814814814815, 0.8222222222222222},
+           {3.47037037037037, -0.1481481481481481, 1.161111111111111}});
+    check(Spline::Bspline, 0.8, 9.0,
+          {{1.366666666666667, 0.4166666666666667, -0.6666666666666666},
+           {1.62716049382716, 0.7561728395061729, -0.4271604938271605},
+           {1.895061728395062, 1.110493827160494, 0.004938271604938272},
+           {2.2, 1.183333333333333, 0.4},
+           {2.68395061728395, 0.7148148148148148, 0.695679012345679},
+           {3.271604938271605, -0.07592592592592592, 0.8987654320987655}});
     // Untouched parameters: tension 1, but 0.5 for cardinal curves, so that lines stay lines.
     for (Spline::SplineType type : {Spline::Cardinal, Spline::Bspline}) {
         Spline spline(type);
@@ -173,87 +159,58 @@ Point3d before(-1, 0.5, 2), after(5, 5, 5);
 
 TEST(Spline, ThreadsHermiteCurves)
 {
-    struct Case
-    {
-        int pointCount;
-        Point3d* before;
-        Point3d* after;
-        int smoothingCycles;
-        double tangentLength;
-        Points midpoints;
-    } const cases[] = {
-        {5,
-         nullptr,
-         nullptr,
-         0,
-         1.0,
-         {{0.7335658361664336, 0.02288737049486701, -0.6176450230358488},
-          {1.761039154272955, 1.147310852500266, -0.331340385401142},
-          {3.043545233740873, 0.4433761104253706, 0.9923765376734913},
-          {3.855322593980875, -1.616961332717075, 0.3194167055647631}}},
-        {5,
-         &before,
-         &after,
-         0,
-         2.5,
-         {{0.6570042954036626, -0.1404516705539945, -0.8244714463835924},
-          {1.777597885682387, 1.368277131250666, -0.4533509635028549},
-          {3.108863084352183, 0.5459402760634264, 1.168441344183728},
-          {3.808720418311744, -2.005927214331364, -0.03278328005334021}}},
-        {5,
-         nullptr,
-         nullptr,
-         2,
-         1.5,
-         {{0.5996657306287718, 0.2645646639719266, -0.08642329668723558},
-          {1.803000361194497, 0.5149815303564562, 0.03922034013777322},
-          {2.835153180334652, -0.06427389171901154, 0.2754163058814394},
-          {3.368222375659246, -1.309596587049916, -0.2518354632101841}}},
-        {5,
-         &before,
-         &after,
-         1,
-         -1.0,
-         {{0.7855024385719095, 0.3057705285439239, -0.2893567020809992},
-          {1.796303547073817, 0.5360266304820788, -0.001515356983939713},
-          {2.817419559415228, 0.008664008100221306, 0.3492645693083208},
-          {3.39074558552797, -1.259074595135921, -0.1414827344898413}}},
-        {5,
-         nullptr,
-         &after,
-         -1,
-         1.0,
-         {{0.7605703902573119, 0.06127629187740688, -0.5917927901503958},
-          {1.755358405917753, 1.124439592009405, -0.3052699559317558},
-          {3.042743197087271, 0.4423252608547269, 0.9903394888571246},
-          {3.792939964077882, -1.697022102749507, 0.122483511290707}}},
-        {2, nullptr, nullptr, 0, 1.0, {{0.75, 0.125, -0.5}}},
-        {2, &before, nullptr, 0, 1.0, {{0.6925643443248377, 0.06122922288835214, -0.5701058985481334}}},
-    };
     Spline const spline(Spline::Hermite);
-    for (Case const& row : cases) {
-        SCOPED_TRACE(row.midpoints[0].x);
+    auto const check = [&](int pointCount, Point3d* ahead, Point3d* behind, int smoothingCycles,
+                           double tangentLength, Points const& midpoints) {
+        SCOPED_TRACE(midpoints[0].x);
         for (bool const inPlace : {false, true}) {
             PointArray points = ToArray(fivePoints);
             // The pointers may lead into the curve, which moves.
             PointArray curve = ToArray({before, after});
-            Point3d* const ahead = row.before != nullptr ? inPlace ? row.before : &curve[0] : nullptr;
-            Point3d* const behind = row.after != nullptr ? inPlace ? row.after : &curve[1] : nullptr;
+            Point3d* const from = ahead != nullptr && !inPlace ? &curve[0] : ahead;
+            Point3d* const to = behind != nullptr && !inPlace ? &curve[1] : behind;
             PointArray& target = inPlace ? points : curve;
-            EXPECT_EQ(spline.GetHermiteSpline(points, row.pointCount, target, ahead, behind,
-                                              row.smoothingCycles, 3, row.tangentLength),
-                      2 * row.pointCount - 1);
+            EXPECT_EQ(spline.GetHermiteSpline(points, pointCount, target, from, to, smoothingCycles, 3,
+                                              tangentLength),
+                      2 * pointCount - 1);
             EXPECT_EQ(target.GetSize(), 4 * 5);
-            for (std::size_t n = 0; n != row.midpoints.size(); ++n) {
-                ExpectNear(target[2 * static_cast<long>(n) + 1], row.midpoints[n], 4e-15);
+            for (std::size_t n = 0; n != midpoints.size(); ++n) {
+                ExpectNear(target[2 * static_cast<long>(n) + 1], midpoints[n], 4e-15);
             }
-            for (int n = 0; n != row.pointCount && !inPlace; ++n) {
+            for (int n = 0; n != pointCount && !inPlace; ++n) {
                 EXPECT_TRUE(IsEqual(curve[2 * n], points[n]));
                 EXPECT_EQ(IsEqual(points[n], fivePoints[static_cast<std::size_t>(n)]),
-                          row.smoothingCycles <= 0 || n == 0 || n == 4);
+                          smoothingCycles <= 0 || n == 0 || n == 4);
             }
         }
-    }
+    };
+    check(5, nullptr, nullptr, 0, 1.0,
+          {{0.7335658361664336, 0.02288737049486701, -0.6176450230358488},
+           {1.761039154272955, 1.147310852500266, -0.331340385401142},
+           {3.043545233740873, 0.4433761104253706, 0.9923765376734913},
+           {3.855322593980875, -1.616961332717075, 0.3194167055647631}});
+    check(5, &before, &after, 0, 2.5,
+          {{0.6570042954036626, -0.1404516705539945, -0.8244714463835924},
+           {1.777597885682387, 1.368277131250666, -0.4533509635028549},
+           {3.108863084352183, 0.5459402760634264, 1.168441344183728},
+           {3.808720418311744, -2.005927214331364, -0.03278328005334021}});
+    check(5, nullptr, nullptr, 2, 1.5,
+          {{0.5996657306287718, 0.2645646639719266, -0.08642329668723558},
+           {1.803000361194497, 0.5149815303564562, 0.03922034013777322},
+           {2.835153180334652, -0.06427389171901154, 0.2754163058814394},
+           {3.368222375659246, -1.309596587049916, -0.2518354632101841}});
+    check(5, &before, &after, 1, -1.0,
+          {{0.7855024385719095, 0.3057705285439239, -0.2893567020809992},
+           {1.796303547073817, 0.5360266304820788, -0.001515356983939713},
+           {2.817419559415228, 0.008664008100221306, 0.3492645693083208},
+           {3.39074558552797, -1.259074595135921, -0.1414827344898413}});
+    check(5, nullptr, &after, -1, 1.0,
+          {{0.7605703902573119, 0.06127629187740688, -0.5917927901503958},
+           {1.755358405917753, 1.124439592009405, -0.3052699559317558},
+           {3.042743197087271, 0.4423252608547269, 0.9903394888571246},
+           {3.792939964077882, -1.697022102749507, 0.122483511290707}});
+    check(2, nullptr, nullptr, 0, 1.0, {{0.75, 0.125, -0.5}});
+    check(2, &before, nullptr, 0, 1.0, {{0.6925643443248377, 0.06122922288835214, -0.5701058985481334}});
 
     // Long segments: near their end the weight of the first tangent leaps.
     PointArray points = ToArray({fivePoints[0], fivePoints[1]});

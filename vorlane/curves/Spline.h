@@ -57,20 +57,18 @@ public:
     ///
     /// - A `Hermite` object leaves a pending rebuild pending, and `curve` then has (n + 2) g entries, the new
     ///   ones (0, 0, 0). With no rebuild pending it follows the cached matrix.
-    /// - A type outside the enumeration follows the cached matrix, a granularity below 1 gives an empty curve
-    /// and
-    ///   leaves the cache as it is.
+    /// - A type outside the enumeration follows the cached matrix.
+    /// - A granularity below 1 gives an empty curve and leaves the cache as it is.
     ///
     /// The bases are those of B. A. Barsky, "The Beta-spline: A Local Representation Based on Shape
     /// Parameters and Fundamental Geometric Measures" (1981), of the cardinal spline of E. Catmull and R.
     /// Rom, "A Class of Local Interpolating Splines" (1974), and of the uniform B-spline.
     ///
     /// \returns 1
-    /// \throws CInvalidArgException if there are four points or more and the granularity exceeds that of the
-    /// last
-    ///         rebuild; `curve` has (n + 2) g entries then.
+    /// \throws CInvalidArgException if there are four points or more and the granularity exceeds that of
+    ///         the last rebuild; `curve` has (n + 2) g entries then.
     /// \throws std::length_error if (n + 2) g does not fit in a signed 32-bit number; nothing has changed
-    /// then.
+    ///         then.
     int GetCubicSpline(Orrin::LegacyArray<Spatia::Point3d> const& points,
                        Orrin::LegacyArray<Spatia::Point3d>& curve) const;
 
@@ -92,9 +90,8 @@ public:
     /// chain. Takes no memory but that of `curve`, save in this last case.
     ///
     /// \returns the number of curve points, (pointCount - 1)(pointsPerSegment - 1) + 1; or 0, and then
-    /// `points`
-    ///          and `curve` are as they were, if `pointCount` is below 2 or above the size of `points`, or
-    ///          `pointsPerSegment` is below 2.
+    ///          `points` and `curve` are as they were, if `pointCount` is below 2 or above the size of
+    ///          `points`, or `pointsPerSegment` is below 2.
     /// \throws std::length_error if the size of `curve` does not fit in a signed 32-bit number; nothing has
     ///         changed then.
     int GetHermiteSpline(Orrin::LegacyArray<Spatia::Point3d>& points, int pointCount,

@@ -37,9 +37,8 @@ public:
     struct Voxel
     {
         int key;
-        int count; ///< of points; 0 marks a free entry of the table
-        std::uint32_t
-            firstLine; ///< grows with the age of the store, so it tells newer voxels from older ones
+        int count;               ///< of points; 0 marks a free entry of the table
+        std::uint32_t firstLine; ///< larger in newer voxels
         std::uint32_t lastLine;
     };
 
