@@ -2,6 +2,7 @@
 // beside a reader that goes byte by byte. The first byte of the input says how the stream gives out its
 // bytes, the bytes up to the next zero byte are the delimiters, the rest is the text.
 
+#include "tests/support/PiecewiseBuffer.h"
 #include "vorlane/text/StringUtils.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 #include <cstring>
 #include <istream>
 #include <sstream>
-#include <streambuf>
 #include <string>
 
 using Vorlane::StringUtils;
@@ -39,43 +39,6 @@ bool IsIn(std::string const& set, char character)
     return set.find(character) != std::string::npos;
 }
 
-/// Gives out its bytes in pieces of `step`; with a step of 0 it has no get area.
-class PiecewiseBuffer : public std::streambuf
-{
-public:
-    PiecewiseBuffer(std::string bytes, std::size_t step) : m_bytes(std::move(bytes)), m_step(step) {}
-
-protected:
-    int_type underflow() override
-    {
-        if (m_position == m_bytes.size()) {
-            return traits_type::eof();
-        }
-        char* const first = m_bytes.data() + m_position;
-        if (m_step > 0) {
-            std::size_t const count = std::min(m_step, m_bytes.size() - m_position);
-            setg(first, first, first + count);
-            m_position += count;
-        }
-        return traits_type::to_int_type(*first);
-    }
-
-    int_type uflow() override
-    {
-        if (m_step > 0) {
-            return std::streambuf::uflow();
-        }
-        int_type const next = underflow();
-        m_position += traits_type::eq_int_type(next, traits_type::eof()) ? 0 : 1;
-        return next;
-    }
-
-private:
-    std::string m_bytes;
-    std::size_t m_step;
-    std::size_t m_position = 0;
-};
-
 /// What a reader of bytes gets from the front of `rest`, which it shortens.
 template <typename Ends>
 std::string ReadSlowly(std::string& rest, Ends ends, bool takesEnd, bool& atEnd)
@@ -93,7 +56,7 @@ void CheckStream(std::string const& text, std::string const& delimiters, std::si
 {
     std::string const set = delimiters.empty() ? " " : delimiters;
     char const single = set[0];
-    PiecewiseBuffer buffer(text, step);
+    VorlaneTest::PiecewiseBuffer buffer(text, step);
     std::istream stream(&buffer);
     std::string rest = text;
     for (std::size_t turn = 0; turn <= text.size(); ++turn) {

@@ -2,6 +2,7 @@
 
 #include "examples/shared/ConvexHull.h"
 #include "examples/shared/GeometryNames.h"
+#include "examples/shared/PageProgram.h"
 #include "examples/shared/Scene.h"
 #include "examples/shared/Svg.h"
 
@@ -9,8 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -122,25 +121,5 @@ std::string Gallery()
 
 int main(int argc, char** argv)
 {
-    std::string const argument = argc > 1 ? argv[1] : "";
-    if (argument == "--help" || argument == "-h") {
-        std::cout << help;
-        return 0;
-    }
-    if (argc > 2 || (argument.size() > 1 && argument[0] == '-')) {
-        std::cerr << "geometry_gallery: unknown argument " << (argc > 2 ? argv[2] : argument) << "\n" << help;
-        return 2;
-    }
-    if (argument.empty()) {
-        std::cout << Gallery();
-        return std::cout.flush() ? 0 : 1;
-    }
-    std::ofstream file(argument, std::ios::binary);
-    file << Gallery();
-    file.close();
-    if (!file) {
-        std::cerr << "geometry_gallery: cannot write " << argument << "\n";
-        return 1;
-    }
-    return 0;
+    return Examples::RunPageProgram(argc, argv, "geometry_gallery", help, Gallery);
 }

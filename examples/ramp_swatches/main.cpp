@@ -1,12 +1,11 @@
 // Draws the registered colour ramps, and a spectrum made here, as one SVG page of swatches.
 
+#include "examples/shared/PageProgram.h"
 #include "examples/shared/Svg.h"
 
 #include "vorlane/colour/ColorMapParameters.h"
 #include "vorlane/colour/ColorSpectrumRegistry.h"
 
-#include <fstream>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -183,25 +182,5 @@ std::string Page()
 
 int main(int argc, char** argv)
 {
-    std::string const argument = argc > 1 ? argv[1] : "";
-    if (argument == "--help" || argument == "-h") {
-        std::cout << help;
-        return 0;
-    }
-    if (argc > 2 || (argument.size() > 1 && argument[0] == '-')) {
-        std::cerr << "ramp_swatches: unknown argument " << (argc > 2 ? argv[2] : argument) << "\n" << help;
-        return 2;
-    }
-    if (argument.empty()) {
-        std::cout << Page();
-        return std::cout.flush() ? 0 : 1;
-    }
-    std::ofstream file(argument, std::ios::binary);
-    file << Page();
-    file.close();
-    if (!file) {
-        std::cerr << "ramp_swatches: cannot write " << argument << "\n";
-        return 1;
-    }
-    return 0;
+    return Examples::RunPageProgram(argc, argv, "ramp_swatches", help, Page);
 }

@@ -1,5 +1,6 @@
 // Draws a chain of points, such as the C-alpha atoms of a protein, as a flat ribbon in one SVG picture.
 
+#include "examples/shared/PageProgram.h"
 #include "examples/shared/Ribbon.h"
 #include "examples/shared/Vectors.h"
 
@@ -54,16 +55,5 @@ int main(int argc, char** argv)
         std::cerr << "ribbon: " << argv[1] << " holds no chain\n";
         return 1;
     }
-    if (argc == 2) {
-        std::cout << picture;
-        return 0;
-    }
-    std::ofstream file(argv[2], std::ios::binary);
-    file << picture;
-    file.close();
-    if (!file) {
-        std::cerr << "ribbon: cannot write " << argv[2] << "\n";
-        return 1;
-    }
-    return 0;
+    return WritePicture("ribbon", argc == 2 ? "" : argv[2], picture);
 }

@@ -1,6 +1,7 @@
 #include "vorlane/text/StringUtils.h"
 
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/PiecewiseBuffer.h"
 
 #include "gtest/gtest.h"
 
@@ -13,12 +14,12 @@
 #include <locale>
 #include <map>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
 using Spatia::Point3d;
 using Vorlane::StringUtils;
+using VorlaneTest::PiecewiseBuffer;
 
 namespace {
 
@@ -31,40 +32,6 @@ CString Text(std::string const& bytes)
 {
     return CString(bytes.data(), static_cast<int>(bytes.size()));
 }
-
-/// Gives out its bytes in pieces of `step`; with a step of 0 it has no get area at all.
-class PiecewiseBuffer : public std::streambuf
-{
-public:
-    PiecewiseBuffer(std::string bytes, std::size_t step) : m_bytes(std::move(bytes)), m_step(step) {}
-
-protected:
-    int_type underflow() override
-    {
-        char* const first = m_bytes.data() + m_position;
-        if (m_step > 0) {
-            setg(first, first, first + std::min(m_step, m_bytes.size() - m_position));
-            m_position += static_cast<std::size_t>(egptr() - gptr());
-        }
-        return first == m_bytes.data() + m_bytes.size() ? traits_type::eof()
-                                                        : traits_type::to_int_type(*first);
-    }
-
-    int_type uflow() override
-    {
-        if (m_step > 0) {
-            return std::streambuf::uflow();
-        }
-        int_type const next = underflow();
-        m_position += traits_type::eq_int_type(next, traits_type::eof()) ? 0 : 1;
-        return next;
-    }
-
-private:
-    std::string m_bytes;
-    std::size_t m_step;
-    std::size_t m_position = 0;
-};
 
 using Scanner = std::function<std::string(std::string const&)>;
 
