@@ -34,7 +34,7 @@ build_and_test() {
     say "== $1"
     cmake --preset "$1" >/dev/null
     cmake --build --preset "$1"
-    ctest --preset "$1" --parallel "$(nproc)" --progress | tail -n 40
+    ctest --preset "$1" --parallel "$(nproc)"
 }
 
 run_fuzzers() {

@@ -1,9 +1,11 @@
 #include "tests/support/AllocationFailure.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
-#include <malloc.h>
 #include <new>
 
 namespace {
@@ -84,9 +86,18 @@ void* __wrap_realloc(void* memory, std::size_t bytes)
 
 namespace {
 
-void* Counted(void* memory)
+/// What stands in front of a counted allocation: its size, in as many bytes as keep the alignment.
+constexpr std::size_t plainHead = alignof(std::max_align_t);
+
+/// The memory behind a head of `head` bytes, which is to hold the size; null stays null.
+void* Counted(void* whole, std::size_t head, std::size_t bytes)
 {
-    allocated += malloc_usable_size(memory);
+    if (whole == nullptr) {
+        return nullptr;
+    }
+    char* const memory = static_cast<char*>(whole) + head;
+    std::memcpy(memory - sizeof(bytes), &bytes, sizeof(bytes));
+    allocated += bytes;
     return memory;
 }
 
@@ -98,17 +109,28 @@ void* Required(void* memory)
     return memory;
 }
 
-void Release(void* memory)
+void Release(void* memory, std::size_t head = plainHead)
 {
-    allocated -= malloc_usable_size(memory);
-    std::free(memory);
+    if (memory != nullptr) {
+        std::size_t bytes = 0;
+        std::memcpy(&bytes, static_cast<char*>(memory) - sizeof(bytes), sizeof(bytes));
+        allocated -= bytes;
+        std::free(static_cast<char*>(memory) - head);
+    }
+}
+
+std::size_t HeadOf(std::align_val_t alignment)
+{
+    return std::max(plainHead, static_cast<std::size_t>(alignment));
 }
 
 } // namespace
 
 void* operator new(std::size_t bytes, std::nothrow_t const&) noexcept
 {
-    return IsRefused(bytes) ? nullptr : Counted(__real_malloc(bytes != 0 ? bytes : 1));
+    bool const isTooLarge = bytes > std::numeric_limits<std::size_t>::max() - plainHead;
+    return IsRefused(bytes) || isTooLarge ? nullptr
+                                          : Counted(__real_malloc(plainHead + bytes), plainHead, bytes);
 }
 
 void* operator new(std::size_t bytes)
@@ -128,9 +150,13 @@ void* operator new[](std::size_t bytes, std::nothrow_t const&) noexcept
 
 void* operator new(std::size_t bytes, std::align_val_t alignment)
 {
-    std::size_t const step = static_cast<std::size_t>(alignment);
-    std::size_t const rounded = (bytes + step - 1) / step * step;
-    return Required(IsRefused(bytes) ? nullptr : Counted(std::aligned_alloc(step, rounded)));
+    std::size_t const head = HeadOf(alignment);
+    std::size_t const most = std::numeric_limits<std::size_t>::max() - 2 * head;
+    if (IsRefused(bytes) || bytes > most) {
+        throw std::bad_alloc();
+    }
+    std::size_t const rounded = (bytes + head - 1) / head * head;
+    return Required(Counted(std::aligned_alloc(head, head + rounded), head, bytes));
 }
 
 void* operator new[](std::size_t bytes, std::align_val_t alignment)
@@ -158,22 +184,22 @@ void operator delete[](void* memory, std::size_t) noexcept
     Release(memory);
 }
 
-void operator delete(void* memory, std::align_val_t) noexcept
+void operator delete(void* memory, std::align_val_t alignment) noexcept
 {
-    Release(memory);
+    Release(memory, HeadOf(alignment));
 }
 
-void operator delete[](void* memory, std::align_val_t) noexcept
+void operator delete[](void* memory, std::align_val_t alignment) noexcept
 {
-    Release(memory);
+    Release(memory, HeadOf(alignment));
 }
 
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
+void operator delete(void* memory, std::size_t, std::align_val_t alignment) noexcept
 {
-    Release(memory);
+    Release(memory, HeadOf(alignment));
 }
 
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept
+void operator delete[](void* memory, std::size_t, std::align_val_t alignment) noexcept
 {
-    Release(memory);
+    Release(memory, HeadOf(alignment));
 }
