@@ -88,14 +88,18 @@ ColorMap::ColorMap(ColorMap const& other)
 
 ColorMap& ColorMap::operator=(ColorMap const& other)
 {
-    AfxWithMemoryException([&] { m_bins = other.m_bins; });
+    AfxWithMemoryException([&] {
+        std::vector<double> ends = other.m_ends;
+        m_colors = other.m_colors;
+        m_ends.swap(ends);
+    });
     m_begin = other.m_begin;
     m_end = other.m_end;
     m_orientation = other.m_orientation;
     m_middleOfFirstBin = other.m_middleOfFirstBin;
     m_binsPerUnit = other.m_binsPerUnit;
     m_lastButOneBin = other.m_lastButOneBin;
-    m_nearestIsExact = other.m_nearestIsExact;
+    m_isRegular = other.m_isRegular;
     return *this;
 }
 
@@ -105,8 +109,17 @@ void ColorMap::Resize(int size)
     if (size == GetSize()) {
         return;
     }
-    Bin const black{noEdge, Orrin::Color::Black().GetPacked()};
-    AfxWithMemoryException([&] { m_bins.resize(static_cast<std::size_t>(size), black); });
+    std::uint32_t const black = Orrin::Color::Black().GetPacked();
+    std::size_t const oldSize = m_colors.size();
+    std::size_t const newSize = static_cast<std::size_t>(size);
+    AfxWithMemoryException([&] {
+        m_ends.reserve(newSize);
+        m_colors.resize(newSize, Sides{black, 0});
+    });
+    m_ends.resize(newSize);
+    if (oldSize < newSize) {
+        SetPacked(oldSize, black);
+    }
     PlaceEdges();
 }
 
@@ -120,45 +133,55 @@ void ColorMap::SetBeginEnd(double begin, double end)
     PlaceEdges();
 }
 
+void ColorMap::SetPacked(std::size_t index, std::uint32_t packed)
+{
+    m_colors[index].change = m_colors[index].past ^ packed;
+    if (index > 0) {
+        Sides& sides = m_colors[index - 1];
+        sides.change = sides.Before() ^ packed;
+        sides.past = packed;
+    }
+}
+
 void ColorMap::PlaceEdges()
 {
     int const size = GetSize();
-    m_nearestIsExact = size > 0;
+    m_isRegular = size > 0;
     if (size == 0) {
         return;
     }
     m_orientation = m_begin > m_end ? -1.0 : 1.0;
     double const begin = Oriented(m_begin);
     double const width = Oriented(m_end) - begin;
-    m_middleOfFirstBin = begin + width / size / 2;
-    m_binsPerUnit = size / width;
+    m_middleOfFirstBin = Oriented(begin + width / size / 2);
+    m_binsPerUnit = Oriented(size / width);
     m_lastButOneBin = std::max(size - 2, 0);
     BinEdges const edges(begin, Oriented(m_end), size);
     for (int index = 1; index < size; ++index) {
         double const edge = edges.At(index);
-        m_bins[static_cast<std::size_t>(index) - 1].next = edge;
+        m_ends[static_cast<std::size_t>(index) - 1] = edge;
         // Rounded arithmetic keeps the order of values. So if each edge is the nearest to itself, a value
         // between two edges is near to one of them.
-        m_nearestIsExact =
-            m_nearestIsExact && BinBeforeNearestEdge(edge) >= index - 1 && BinBeforeNearestEdge(edge) < index;
+        double const before = BinBeforeNearestEdge(Oriented(edge));
+        m_isRegular = m_isRegular && before >= index - 1 && before < index;
     }
-    m_bins.back().next = noEdge;
+    m_ends.back() = noEdge;
 }
 
 void ColorMap::Ramp(Orrin::ColorArray const& colors, bool interpolate)
 {
     long const colorCount = colors.GetSize();
     if (colorCount == 0) {
-        for (Bin& bin : m_bins) {
-            bin.packed = Orrin::Color::Black().GetPacked();
+        for (std::size_t index = 0; index < m_colors.size(); ++index) {
+            SetPacked(index, Orrin::Color::Black().GetPacked());
         }
         return;
     }
     if (!interpolate) {
         std::uint64_t const count = static_cast<std::uint64_t>(colorCount);
-        for (std::size_t index = 0; index < m_bins.size(); ++index) {
-            std::uint64_t const step = (2 * index + 1) * count / (2 * m_bins.size());
-            m_bins[index].packed = colors.GetAt(static_cast<long>(step)).GetPacked();
+        for (std::size_t index = 0; index < m_colors.size(); ++index) {
+            std::uint64_t const step = (2 * index + 1) * count / (2 * m_colors.size());
+            SetPacked(index, colors.GetAt(static_cast<long>(step)).GetPacked());
         }
         return;
     }
@@ -166,12 +189,13 @@ void ColorMap::Ramp(Orrin::ColorArray const& colors, bool interpolate)
     std::int64_t const parts = std::max(GetSize() - 1, 1);
     std::int64_t color = 0;
     std::int64_t rest = 0;
-    for (Bin& bin : m_bins) {
-        bin.packed = colors.GetAt(static_cast<long>(color)).GetPacked();
+    for (std::size_t index = 0; index < m_colors.size(); ++index) {
+        std::uint32_t packed = colors.GetAt(static_cast<long>(color)).GetPacked();
         if (rest != 0) {
             std::uint32_t const next = colors.GetAt(static_cast<long>(color) + 1).GetPacked();
-            bin.packed = Mix(bin.packed, next, static_cast<double>(rest), static_cast<double>(parts));
+            packed = Mix(packed, next, static_cast<double>(rest), static_cast<double>(parts));
         }
+        SetPacked(index, packed);
         rest += colorCount - 1;
         color += rest / parts;
         rest %= parts;
@@ -180,24 +204,27 @@ void ColorMap::Ramp(Orrin::ColorArray const& colors, bool interpolate)
 
 void ColorMap::ColorsAtValues(double const* values, int count, Orrin::Color* colors) const
 {
-    if (!m_nearestIsExact) {
+    if (!m_isRegular) {
         for (int i = 0; i < count; ++i) {
             colors[i] = ColorByHalving(values[i]);
         }
         return;
     }
-    // Block by block: the arithmetic in a loop that the compiler can vectorise; then the table.
-    constexpr int blockSize = 256;
-    unsigned int before[blockSize];
+    // Block by block: the arithmetic in a loop that the compiler can vectorise; then the table. The blocks
+    // are small, so that the stores of one are still under way during the arithmetic of the next.
+    constexpr int blockSize = 16;
+    int before[blockSize];
     for (int done = 0; done < count; done += std::min(blockSize, count - done)) {
         int const inBlock = std::min(blockSize, count - done);
         double const* const blockValues = values + done;
         for (int i = 0; i < inBlock; ++i) {
-            before[i] = WholePart(BinBeforeNearestEdge(Oriented(blockValues[i])));
+            before[i] = static_cast<int>(BinBeforeNearestEdge(blockValues[i]));
         }
         for (int i = 0; i < inBlock; ++i) {
-            bool const isPast = Oriented(blockValues[i]) >= m_bins[before[i]].next;
-            colors[done + i].SetPacked(m_bins[before[i] + isPast].packed);
+            auto const bin = static_cast<std::size_t>(before[i]);
+            std::uint32_t const isPast = Oriented(blockValues[i]) >= m_ends[bin];
+            Sides const& sides = m_colors[bin];
+            colors[done + i].SetPacked(sides.past ^ (sides.change & (isPast - 1)));
         }
     }
 }
@@ -205,13 +232,13 @@ void ColorMap::ColorsAtValues(double const* values, int count, Orrin::Color* col
 /// ColorAtValue where arithmetic may fail or there are no bins.
 Orrin::Color ColorMap::ColorByHalving(double value) const
 {
-    if (m_bins.empty()) {
+    if (m_colors.empty()) {
         return Orrin::Color();
     }
     double const oriented = Oriented(value);
-    auto const bin = std::partition_point(m_bins.begin(), m_bins.end() - 1,
-                                          [&](Bin const& before) { return oriented >= before.next; });
-    return bin->packed;
+    auto const end =
+        std::partition_point(m_ends.begin(), m_ends.end() - 1, [&](double edge) { return oriented >= edge; });
+    return m_colors[static_cast<std::size_t>(end - m_ends.begin())].Before();
 }
 
 } // namespace Lumora

@@ -50,7 +50,7 @@ public:
     ~ColorMap() = default;
 
     /// The number of bins.
-    int GetSize() const { return static_cast<int>(m_bins.size()); }
+    int GetSize() const { return static_cast<int>(m_colors.size()); }
 
     /// Gives the map `size` bins, a negative size counting as 0. Bins keep their colours by index; new ones
     /// are opaque black. Linear in the size.
@@ -79,14 +79,14 @@ public:
     /// The colour of one bin; opaque black for an index outside 0 to the size minus 1.
     Orrin::Color ColorAtIndex(int index) const
     {
-        return IsValidIndex(index) ? m_bins[static_cast<std::size_t>(index)].packed : Orrin::Color();
+        return IsValidIndex(index) ? m_colors[static_cast<std::size_t>(index)].Before() : Orrin::Color();
     }
 
     /// Sets the colour of one bin; an index outside 0 to the size minus 1 is ignored.
     void SetColorAtIndex(int index, Orrin::Color color)
     {
         if (IsValidIndex(index)) {
-            m_bins[static_cast<std::size_t>(index)].packed = color.GetPacked();
+            SetPacked(static_cast<std::size_t>(index), color.GetPacked());
         }
     }
 
@@ -94,7 +94,20 @@ public:
     /// size on ranges that are infinite, wider than all finite numbers, or hold few numbers for their bins.
     Orrin::Color ColorAtValue(double value) const
     {
-        return m_nearestIsExact ? Orrin::Color(PackedAt(value)) : ColorByHalving(value);
+        return m_isRegular ? RegularColorAtValue(value) : ColorByHalving(value);
+    }
+
+    /// Whether arithmetic finds the bins of all values: there are bins, and the range is finite, not wider
+    /// than all finite numbers, and holds many numbers for each bin.
+    bool IsRegular() const { return m_isRegular; }
+
+    /// ColorAtValue of a regular map, without asking whether it is one.
+    Orrin::Color RegularColorAtValue(double value) const
+    {
+        auto const bin = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(BinBeforeNearestEdge(value)));
+        Sides const& sides = m_colors[bin];
+        std::uint32_t const isPast = Oriented(value) >= m_ends[bin];
+        return sides.past ^ (sides.change & (isPast - 1));
     }
 
     /// Sets the first `count` of `colors` to what ColorAtValue gives for each of `values`; a count below 1
@@ -102,51 +115,48 @@ public:
     void ColorsAtValues(double const* values, int count, Orrin::Color* colors) const;
 
 private:
-    /// A bin and where the next one begins: the smallest oriented value that lies past this bin; NaN, which
-    /// no value reaches, if there is none.
-    struct Bin
+    /// The colours on both sides of an edge, so that one look at the table will do.
+    struct Sides
     {
-        double next;
-        std::uint32_t packed;
+        std::uint32_t past;   ///< the colour of the bin that starts at the edge
+        std::uint32_t change; ///< the bits in which the one that ends there differs
+
+        std::uint32_t Before() const { return past ^ change; }
     };
 
     bool IsValidIndex(int index) const { return index >= 0 && index < GetSize(); }
     void PlaceEdges();
 
+    /// Sets the colour of bin `index` at both ends of it.
+    void SetPacked(std::size_t index, std::uint32_t packed);
+
     /// Values with the sign turned if the range runs downwards, so that oriented ones always run upwards.
     double Oriented(double value) const { return value * m_orientation; }
 
-    /// The index of the bin at whose end the edge nearest to an oriented value lies; that of a NaN is 0.
-    double BinBeforeNearestEdge(double oriented) const
+    /// The index of the bin at whose end the edge nearest to a value lies; that of a NaN is 0.
+    double BinBeforeNearestEdge(double value) const
     {
-        double const position = (oriented - m_middleOfFirstBin) * m_binsPerUnit;
+        double const position = (value - m_middleOfFirstBin) * m_binsPerUnit;
         double const atLeastFirst = position > m_firstBin ? position : m_firstBin; // also for NaN
         return atLeastFirst < m_lastButOneBin ? atLeastFirst : m_lastButOneBin;
     }
 
-    static unsigned int WholePart(double index) { return static_cast<unsigned int>(static_cast<int>(index)); }
-
-    /// The colour of a value by arithmetic, which finds the nearest edge, and one exact comparison with it.
-    std::uint32_t PackedAt(double value) const
-    {
-        double const oriented = Oriented(value);
-        unsigned int const before = WholePart(BinBeforeNearestEdge(oriented));
-        return m_bins[before + (oriented >= m_bins[before].next)].packed;
-    }
-
     Orrin::Color ColorByHalving(double value) const;
 
-    std::vector<Bin> m_bins;
+    /// Where each bin ends: the smallest oriented value past it; NaN, which no value reaches, for the last
+    /// bin.
+    std::vector<double> m_ends;
+    std::vector<Sides> m_colors; ///< at the ends of the bins
     double m_begin = 0.0;
     double m_end = 1.0;
-    double m_orientation = 1.0;      ///< -1 if the range runs downwards
-    double m_middleOfFirstBin = 0.0; ///< oriented
-    double m_binsPerUnit = 0.0;
+    double m_orientation = 1.0; ///< -1 if the range runs downwards
+    double m_middleOfFirstBin = 0.0;
+    double m_binsPerUnit = 0.0; ///< negative if the range runs downwards
     /// The bounds of an index: 0 and the size minus 2. With a constant for the first, compilers make a branch
     /// of the comparison, which values on both sides of the bound mispredict.
     double m_firstBin = 0.0;
     double m_lastButOneBin = 0.0;
-    bool m_nearestIsExact = false; ///< there are bins, and rounding takes no edge nearer to another one
+    bool m_isRegular = false; ///< there are bins, and rounding takes no edge nearer to another one
 };
 
 } // namespace Lumora

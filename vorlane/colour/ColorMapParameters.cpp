@@ -44,33 +44,32 @@ void ColorMapParameters::operator=(ColorMapParameters const& other)
     if (this == &other) {
         return;
     }
-    m_dirty = true; // and so it stays if the memory ends on the way
+    m_mapState = MapState::dirty; // and so it stays if the memory ends on the way
     m_transferFunction = other.m_transferFunction;
     m_colorMap = other.m_colorMap;
     m_spectrumName = other.m_spectrumName;
     m_clip = other.m_clip;
     m_minimum = other.m_minimum;
     m_maximum = other.m_maximum;
-    m_dirty = other.m_dirty;
+    m_mapState = other.m_mapState;
 }
 
 ColorMapParameters::~ColorMapParameters() = default;
 
 Orrin::Color ColorMapParameters::CalculateColor(double value)
 {
-    if (m_dirty) {
-        return CalculateColorAnew(value); // apart, so that nothing is saved for it in the usual case
+    if (m_mapState != MapState::regular) {
+        return CalculateColorInSteps(value); // apart, so that nothing is saved for it in the usual case
     }
-    if (m_clip && (value < m_minimum || value > m_maximum)) {
-        return s_offColor;
-    }
-    return m_colorMap.ColorAtValue(value);
+    return IsClipped(value) ? s_offColor : m_colorMap.RegularColorAtValue(value);
 }
 
-Orrin::Color ColorMapParameters::CalculateColorAnew(double value)
+Orrin::Color ColorMapParameters::CalculateColorInSteps(double value)
 {
-    BuildColorMap();
-    return ColorMapParameters::CalculateColor(value);
+    if (m_mapState == MapState::dirty) {
+        BuildColorMap();
+    }
+    return IsClipped(value) ? s_offColor : m_colorMap.ColorAtValue(value);
 }
 
 void ColorMapParameters::CalculateColors(double const* values, int count, Orrin::Color* colors)
@@ -78,7 +77,7 @@ void ColorMapParameters::CalculateColors(double const* values, int count, Orrin:
     if (count < 1) {
         return;
     }
-    if (m_dirty) {
+    if (m_mapState == MapState::dirty) {
         BuildColorMap();
     }
     if (!m_clip) {
@@ -109,7 +108,7 @@ void ColorMapParameters::BuildColorMap()
             m_colorMap.SetColorAtIndex(bin, s_offColor);
         }
     }
-    m_dirty = false;
+    m_mapState = m_colorMap.IsRegular() ? MapState::regular : MapState::built;
 }
 
 void ColorMapParameters::Serialize(CArchive& ar)
@@ -123,7 +122,7 @@ void ColorMapParameters::Serialize(CArchive& ar)
         }
         return;
     }
-    m_dirty = true;
+    m_mapState = MapState::dirty;
     ar >> m_spectrumName >> m_clip >> m_minimum >> m_maximum;
     m_transferFunction.SetSize(0, 0);
     std::int32_t binCount = 0;
@@ -138,7 +137,7 @@ void ColorMapParameters::Serialize(CArchive& ar)
 void ColorMapParameters::SetSpectrumName(CString const& name)
 {
     m_spectrumName = name;
-    m_dirty = true;
+    m_mapState = MapState::dirty;
 }
 
 CString ColorMapParameters::GetSpectrumName() const
@@ -149,7 +148,7 @@ CString ColorMapParameters::GetSpectrumName() const
 void ColorMapParameters::SetClip(bool clip)
 {
     m_clip = clip;
-    m_dirty = true;
+    m_mapState = MapState::dirty;
 }
 
 bool ColorMapParameters::GetClip() const
@@ -160,7 +159,7 @@ bool ColorMapParameters::GetClip() const
 void ColorMapParameters::SetMinimum(double minimum)
 {
     m_minimum = minimum;
-    m_dirty = true;
+    m_mapState = MapState::dirty;
 }
 
 double ColorMapParameters::GetMinimum() const
@@ -171,7 +170,7 @@ double ColorMapParameters::GetMinimum() const
 void ColorMapParameters::SetMaximum(double maximum)
 {
     m_maximum = maximum;
-    m_dirty = true;
+    m_mapState = MapState::dirty;
 }
 
 double ColorMapParameters::GetMaximum() const
@@ -181,7 +180,7 @@ double ColorMapParameters::GetMaximum() const
 
 void ColorMapParameters::SetTransferFunction(BoolArray const& transferFunction)
 {
-    m_dirty = true;
+    m_mapState = MapState::dirty;
     m_transferFunction = transferFunction;
 }
 

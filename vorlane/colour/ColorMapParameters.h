@@ -87,7 +87,15 @@ public:
     static int GetDefaultMaximumBinCount() { return 128; }
 
 private:
-    Orrin::Color CalculateColorAnew(double value);
+    enum class MapState : unsigned char
+    {
+        dirty, ///< the map is not, or no longer, that of the other fields
+        built,
+        regular ///< built, and the map is regular
+    };
+
+    bool IsClipped(double value) const { return m_clip && (value < m_minimum || value > m_maximum); }
+    [[gnu::cold]] Orrin::Color CalculateColorInSteps(double value);
     void BuildColorMap();
 
     /// What clipped values and bins that are switched off get: black. A load-time object.
@@ -98,7 +106,7 @@ private:
     double m_minimum;
     double m_maximum;
     BoolArray m_transferFunction;
-    bool m_dirty = true; ///< the map is not, or no longer, that of the other fields
+    MapState m_mapState = MapState::dirty;
     Lumora::ColorMap m_colorMap;
 };
 
