@@ -58,10 +58,15 @@ ColorMapParameters::~ColorMapParameters() = default;
 
 Orrin::Color ColorMapParameters::CalculateColor(double value)
 {
-    if (m_mapState != MapState::regular) {
-        return CalculateColorInSteps(value); // apart, so that nothing is saved for it in the usual case
+    if (m_mapState != MapState::open) {
+        if (m_mapState != MapState::clipped) {
+            return CalculateColorInSteps(value); // apart, so that nothing is saved for it in the usual case
+        }
+        if (IsOutside(value)) {
+            return s_offColor;
+        }
     }
-    return IsClipped(value) ? s_offColor : m_colorMap.RegularColorAtValue(value);
+    return m_colorMap.RegularColorAtValue(value);
 }
 
 Orrin::Color ColorMapParameters::CalculateColorInSteps(double value)
@@ -69,7 +74,7 @@ Orrin::Color ColorMapParameters::CalculateColorInSteps(double value)
     if (m_mapState == MapState::dirty) {
         BuildColorMap();
     }
-    return IsClipped(value) ? s_offColor : m_colorMap.ColorAtValue(value);
+    return m_clip && IsOutside(value) ? s_offColor : m_colorMap.ColorAtValue(value);
 }
 
 void ColorMapParameters::CalculateColors(double const* values, int count, Orrin::Color* colors)
@@ -108,7 +113,7 @@ void ColorMapParameters::BuildColorMap()
             m_colorMap.SetColorAtIndex(bin, s_offColor);
         }
     }
-    m_mapState = m_colorMap.IsRegular() ? MapState::regular : MapState::built;
+    m_mapState = !m_colorMap.IsRegular() ? MapState::irregular : m_clip ? MapState::clipped : MapState::open;
 }
 
 void ColorMapParameters::Serialize(CArchive& ar)

@@ -89,12 +89,13 @@ public:
 private:
     enum class MapState : unsigned char
     {
-        dirty, ///< the map is not, or no longer, that of the other fields
-        built,
-        regular ///< built, and the map is regular
+        dirty,     ///< the map is not, or no longer, that of the other fields
+        irregular, ///< built, and not regular
+        clipped,   ///< built and regular, for the values inside the range
+        open       ///< built and regular, for all values
     };
 
-    bool IsClipped(double value) const { return m_clip && (value < m_minimum || value > m_maximum); }
+    bool IsOutside(double value) const { return value < m_minimum || value > m_maximum; }
     [[gnu::cold]] Orrin::Color CalculateColorInSteps(double value);
     void BuildColorMap();
 
