@@ -1,20 +1,22 @@
 #!/usr/bin/env bash
 # Builds and tests the library: g++ release, then clang with the address and undefined-behaviour sanitizers,
-# then ten seconds of each fuzz target. Installs what is missing first. A second run builds only what changed.
+# the thread sanitizer, ten seconds of each fuzz target, and the reference pages, which fail on a public name without
+# a docstring. Installs what is missing first. A second run builds only what changed.
 #
 #   scripts/test.sh             everything
-#   scripts/test.sh release     one or more of: format, release, asan, tsan, fuzz
+#   scripts/test.sh release     one or more of: format, docs, release, asan, tsan, fuzz
 
 source "$(dirname "$0")/common.sh"
 
 parts=("$@")
-[ ${#parts[@]} -gt 0 ] || parts=(format release asan tsan fuzz)
+[ ${#parts[@]} -gt 0 ] || parts=(format docs release asan tsan fuzz)
 fuzz_seconds=${FUZZ_SECONDS:-10}
 
 need_build_tools
 need_command git git
 need_command clang++ clang
 need_command clang-format clang-format
+need_command doxygen doxygen
 need_command gdb gdb
 need_command pkg-config pkg-config
 need_command valgrind valgrind
@@ -28,6 +30,12 @@ install_missing
 check_format() {
     say "== format"
     git ls-files '*.h' '*.cpp' | xargs -r clang-format --dry-run -Werror
+}
+
+make_docs() {
+    say "== docs"
+    cmake --preset docs >/dev/null
+    cmake --build --preset docs
 }
 
 build_and_test() {
@@ -55,9 +63,10 @@ run_fuzzers() {
 for part in "${parts[@]}"; do
     case $part in
     format) check_format ;;
+    docs) make_docs ;;
     release | asan | tsan) build_and_test "$part" ;;
     fuzz) run_fuzzers ;;
-    *) fail "scripts/test.sh knows format, release, asan, tsan and fuzz, not '$part'" ;;
+    *) fail "scripts/test.sh knows format, docs, release, asan, tsan and fuzz, not '$part'" ;;
     esac
 done
 say "All of it passed: ${parts[*]}"

@@ -42,6 +42,7 @@ class VORLANE_PLATFORM_EXPORT CMemoryException : public CException, public std::
 public:
     ~CMemoryException() override;
 
+    /// A fixed text, so that telling takes no memory.
     char const* what() const noexcept override;
 };
 
@@ -49,6 +50,7 @@ public:
 class VORLANE_PLATFORM_EXPORT COleException : public CException, public std::runtime_error
 {
 public:
+    /// Carries the code of the failure.
     explicit COleException(long result);
     ~COleException() override;
 

@@ -32,6 +32,7 @@
 class VORLANE_PLATFORM_EXPORT CArchive
 {
 public:
+    /// What an archive is opened for.
     enum Mode : unsigned int
     {
         store = 0,
@@ -48,6 +49,7 @@ public:
     CArchive(CArchive const&) = delete;
     CArchive& operator=(CArchive const&) = delete;
 
+    /// The direction, which the mode of the constructor settled.
     bool IsStoring() const noexcept { return !m_isLoading; }
     bool IsLoading() const noexcept { return m_isLoading; }
 
@@ -117,6 +119,10 @@ public:
     CArchive& operator<<(float value) { return Insert(Bits<std::uint32_t>(value)); }
     CArchive& operator<<(double value) { return Insert(Bits<std::uint64_t>(value)); }
 
+    /// Extracts one value from its bytes, least significant first.
+    ///
+    /// \throws CArchiveException with the cause `endOfFile` if the archive ends before the value is complete,
+    /// `writeOnly` if this archive is storing.
     CArchive& operator>>(bool& value)
     {
         value = Extract<std::uint8_t>() != 0;

@@ -43,28 +43,38 @@ public:
         AfxFreeElements(m_pData);
     }
 
+    /// The number of elements.
     int GetSize() const noexcept { return m_nSize; }
+    /// Whether the size is 0.
     bool IsEmpty() const noexcept { return m_nSize == 0; }
 
     /// The number of elements that the present storage has room for.
     int GetCapacity() const noexcept { return m_nMaxSize; }
 
+    /// An element.
+    ///
+    /// \throws CInvalidArgException if `index` is outside 0 to the size minus 1.
     TYPE const& GetAt(int index) const
     {
         CheckIndex(index);
         return m_pData[index];
     }
+    /// An element to change.
     TYPE& GetAt(int index)
     {
         CheckIndex(index);
         return m_pData[index];
     }
+    /// The same as GetAt.
     TYPE const& operator[](int index) const { return GetAt(index); }
+    /// The same as GetAt.
     TYPE& operator[](int index) { return GetAt(index); }
+    /// Assigns to an element.
     void SetAt(int index, ARG_TYPE value) { GetAt(index) = value; }
 
     /// Element 0, or null while there is no storage.
     TYPE const* GetData() const noexcept { return m_pData; }
+    /// The same, to change elements.
     TYPE* GetData() noexcept { return m_pData; }
 
     /// Changes the size. A `growBy` of 0 or more becomes the growth argument, also when the call fails later;

@@ -20,6 +20,7 @@
 class VORLANE_PLATFORM_EXPORT CFile
 {
 public:
+    /// The modes of opening; one of the first three, joined with the fourth or not.
     enum OpenFlags : unsigned int
     {
         modeRead = 0,
@@ -54,6 +55,7 @@ public:
     /// Closes the file and reports what the system met. Closing a closed file does nothing.
     virtual void Close();
 
+    /// Goes to the first byte.
     virtual void SeekToBegin();
 
     /// Moves the position back by `count` bytes. False, and nothing moves, where the file can't, as a pipe.

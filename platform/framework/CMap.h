@@ -21,8 +21,10 @@
 #include <type_traits>
 #include <utility>
 
-/// An opaque token of an iteration; 0 means that no entry is left.
+/// What POSITION points to; it is never defined.
 struct CPositionTag;
+
+/// An opaque token of an iteration; 0 means that no entry is left.
 using POSITION = CPositionTag*;
 
 /// The hash of a text: from 0, times 33 plus the next byte, up to the terminator.
@@ -63,9 +65,13 @@ public:
 
     ~CMap() override { RemoveAll(); }
 
+    /// The number of entries.
     int GetCount() const noexcept { return m_count; }
+    /// The number of entries.
     int GetSize() const noexcept { return m_count; }
+    /// Whether there are no entries.
     bool IsEmpty() const noexcept { return m_count == 0; }
+    /// The number of buckets.
     unsigned int GetHashTableSize() const noexcept { return m_tableSize; }
 
     /// Whether `key` is there; its value is then assigned to `value`, which is else untouched. Allocates
@@ -238,8 +244,8 @@ auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Find(KeyReference key, unsigned int h
 
 template <class KEY, class ARG_KEY, class VALUE, class ARG_VALUE>
 template <class... Value>
-auto CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Insert(unsigned int hash, KeyReference key, Value&&... value)
-    -> CAssoc*
+typename CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::CAssoc*
+CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::Insert(unsigned int hash, KeyReference key, Value&&... value)
 {
     if (m_count == INT_MAX) {
         AfxThrowMemoryException();

@@ -12,6 +12,7 @@
 class VORLANE_PLATFORM_EXPORT CMapStringToPtr : public CMap<CString, char const*, void*, void*>
 {
 public:
+    /// An empty map that takes memory for `blockSize` entries at a time.
     explicit CMapStringToPtr(int blockSize = 10);
     ~CMapStringToPtr() override;
 };

@@ -12,7 +12,7 @@ class CDumpContext;
 /// The record of a class at run time. Nothing asks for more than its existence.
 struct CRuntimeClass
 {
-    char const* m_name;
+    char const* m_name; ///< the name of the class
 };
 
 /// The root of the arrays and maps: virtual slots for a class record, archiving and diagnosis. An object of a

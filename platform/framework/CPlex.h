@@ -11,7 +11,7 @@
 /// The head of a memory block for a number of elements; blocks form a chain, the newest first.
 struct VORLANE_PLATFORM_EXPORT CPlex
 {
-    alignas(std::max_align_t) CPlex* pNext;
+    alignas(std::max_align_t) CPlex* pNext; ///< the older block
 
     /// The memory behind the head.
     void* data() { return this + 1; }

@@ -39,6 +39,7 @@ class VORLANE_PLATFORM_EXPORT CString
 {
 public:
     CString() noexcept {}
+    /// Copies share the storage of a long text until one of them changes; moves leave an empty text.
     CString(CString const& other)
         : m_content(other.m_content), m_length(other.m_length), m_isStored(other.m_isStored)
     {
@@ -46,6 +47,7 @@ public:
             Share();
         }
     }
+    /// Copies share the storage of a long text until one of them changes; moves leave an empty text.
     CString(CString&& other) noexcept
         : m_content(other.m_content), m_length(other.m_length), m_isStored(other.m_isStored)
     {
@@ -77,6 +79,7 @@ public:
         }
     }
 
+    /// Assignment as by the constructors; the text assigned may be part of this one.
     CString& operator=(CString const& other)
     {
         CString copy(other);
@@ -171,6 +174,8 @@ public:
     /// below -1, or past the buffer's room, raises CInvalidArgException.
     void ReleaseBuffer(int length = -1);
 
+    /// Comparison of the bytes, as unsigned numbers, up to the first zero byte of each; a null pointer counts
+    /// as an empty text.
     friend bool operator==(CString const& a, CString const& b) noexcept
     {
         return a.Compare(b.GetText()) == 0;
@@ -202,6 +207,7 @@ public:
     friend bool operator>=(CString const& a, char const* b) noexcept { return a.Compare(b) >= 0; }
     friend bool operator>=(char const* a, CString const& b) noexcept { return b.Compare(a) <= 0; }
 
+    /// Both texts, one after the other; a null pointer counts as an empty text.
     friend CString operator+(CString const& a, CString const& b)
     {
         return Concatenate(a.GetText(), a.m_length, b.GetText(), b.m_length);

@@ -14,6 +14,7 @@
 class VORLANE_PLATFORM_EXPORT CArchiveException : public CException, public std::runtime_error
 {
 public:
+    /// What went wrong.
     enum Cause : int
     {
         none = 0,
@@ -35,6 +36,7 @@ public:
 class VORLANE_PLATFORM_EXPORT CFileException : public CException, public std::runtime_error
 {
 public:
+    /// What went wrong.
     enum Cause : int
     {
         none = 0,

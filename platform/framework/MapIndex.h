@@ -29,6 +29,7 @@ public:
     MapIndex& operator=(MapIndex const&) = delete;
     ~MapIndex() { Clear(); }
 
+    /// Whether there is a table.
     bool IsBuilt() const noexcept { return m_slots != nullptr; }
 
     /// Whether an index, or a larger one, is due for this many entries: buckets of up to 4 entries on average
@@ -56,8 +57,10 @@ public:
         return true;
     }
 
+    /// The newest entry of the slot of a number, from which `pNextInIndex` leads on. The table must be built.
     Entry* Head(std::uint32_t number) const noexcept { return m_slots[number % m_slotCount]; }
 
+    /// Puts an entry at the head of its slot. The table must be built.
     void Link(Entry& entry, std::uint32_t number) noexcept
     {
         Entry*& slot = m_slots[number % m_slotCount];
@@ -65,6 +68,7 @@ public:
         slot = &entry;
     }
 
+    /// Frees the table and leaves the entries alone.
     void Clear() noexcept
     {
         std::free(m_slots);

@@ -61,6 +61,7 @@ public:
     /// Sets the range that the bins span. Linear in the size.
     void SetBeginEnd(double begin, double end);
 
+    /// The range as it was set.
     double GetBegin() const { return m_begin; }
     double GetEnd() const { return m_end; }
 

@@ -18,8 +18,10 @@ public:
     /// Opaque black.
     Colored() = default;
 
+    /// In this colour.
     Colored(Orrin::Color const& color) : m_packed(color.GetPacked()) {}
 
+    /// The colour, alpha included.
     Orrin::Color GetColor() const { return Orrin::Color(m_packed); }
     void SetColor(Orrin::Color const& color) { m_packed = color.GetPacked(); }
 

@@ -23,6 +23,7 @@ public:
     LightSource& operator=(LightSource const&) = default;
     virtual ~LightSource();
 
+    /// The fields of a light beside its colour; zero and false in a new one.
     Spatia::Point3d point;
     bool lightFlag = false;
 };
@@ -33,24 +34,21 @@ class VORLANE_PLATFORM_EXPORT MaterialProperty
 public:
     MaterialProperty() = default;
     MaterialProperty(MaterialProperty const&) = default;
+    /// Takes all values.
     void operator=(MaterialProperty const& other);
     virtual ~MaterialProperty();
 
+    /// Plain values for the renderer, all of them kept as they are set; false and 0 in a new object.
     bool GetEnabled() const { return m_enabled; }
     void SetEnabled(bool enabled) { m_enabled = enabled; }
-
     float GetAmbient() const { return m_ambient; }
     void SetAmbient(float ambient) { m_ambient = ambient; }
-
     float GetDiffuse() const { return m_diffuse; }
     void SetDiffuse(float diffuse) { m_diffuse = diffuse; }
-
     float GetEmission() const { return m_emission; }
     void SetEmission(float emission) { m_emission = emission; }
-
     int GetShininess() const { return m_shininess; }
     void SetShininess(int shininess) { m_shininess = shininess; }
-
     float GetSpecular() const { return m_specular; }
     void SetSpecular(float specular) { m_specular = specular; }
 
@@ -81,9 +79,9 @@ public:
     /// \throws CInvalidArgException if `index` is outside 0 to GetMaxNumberOfLights() minus 1.
     void SetLight(int index, LightSource const& light);
 
+    /// The colour behind the scene, and the material of its surfaces.
     Orrin::Color GetBkColor() const { return backgroundColor; }
     void SetBkColor(Orrin::Color const& color) { backgroundColor = color; }
-
     MaterialProperty GetMaterialProperty() const { return material; }
     void SetMaterialProperty(MaterialProperty const& property) { material = property; }
 
@@ -91,6 +89,8 @@ private:
     static constexpr int maxNumberOfLights = 4;
 
 public:
+    /// What the renderer keeps with a scene, in the order of the archive. Words and numbers without a name
+    /// are kept as they are; all are 0 or false in a new object.
     float attrFloat1 = 0.0f;
     std::int32_t attrWord1 = 0;
     std::int32_t attrWord2 = 0;

@@ -26,6 +26,7 @@ public:
     GraphicsPrimitive& operator=(GraphicsPrimitive&&) noexcept = default;
     virtual ~GraphicsPrimitive();
 
+    /// A word whose meaning is the application's; kept as it is.
     std::int32_t headerWord = 0;
 };
 
@@ -33,6 +34,7 @@ public:
 class VORLANE_PLATFORM_EXPORT LitPrimitive : public GraphicsPrimitive
 {
 public:
+    /// Words whose meaning is the application's; kept as they are.
     std::int32_t litWord1 = 0;
     std::int32_t litWord2 = 0;
 };

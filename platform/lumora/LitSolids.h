@@ -16,9 +16,11 @@ namespace Lumora {
 class VORLANE_PLATFORM_EXPORT SpherePrimitive : public LitPrimitive
 {
 public:
+    /// The centre with its colour.
     Vertex GetVertex() const { return m_vertex; }
     void SetVertex(Vertex const& vertex) { m_vertex = vertex; }
 
+    /// The size, in the unit of the coordinates; any value is kept.
     float size = 0.0f;
 
 private:
@@ -29,9 +31,11 @@ private:
 class VORLANE_PLATFORM_EXPORT EllipsoidPrimitive : public LitPrimitive
 {
 public:
+    /// The centre with its colour.
     Vertex GetVertex() const { return m_vertex; }
     void SetVertex(Vertex const& vertex) { m_vertex = vertex; }
 
+    /// The axes and the frame in which they lie; any value is kept.
     Spatia::Point3d axes;
     Spatia::Matrix4x4 frame;
 
@@ -43,12 +47,14 @@ private:
 class VORLANE_PLATFORM_EXPORT CylinderPrimitive : public LitPrimitive
 {
 public:
+    /// Both ends with their colours.
     virtual void GetVertices(Vertex& first, Vertex& second);
     virtual void SetVertices(Vertex const& first, Vertex const& second);
 
     /// The same for a constant cylinder, also where a derived class replaces the first.
     void GetVertices(Vertex& first, Vertex& second) const;
 
+    /// The size, in the unit of the coordinates; any value is kept.
     float size = 0.0f;
 
 private:
@@ -60,6 +66,7 @@ private:
 class VORLANE_PLATFORM_EXPORT ConePrimitive : public LitPrimitive, public Colored
 {
 public:
+    /// The ends of the axis and the size; any value is kept, and a new cone lies at the origin.
     Spatia::Point3d firstEnd;
     Spatia::Point3d secondEnd;
     float size = 0.0f;
@@ -69,6 +76,7 @@ public:
 class VORLANE_PLATFORM_EXPORT TrianglePrimitive : public LitPrimitive, public Colored
 {
 public:
+    /// The corners and the vector of the face, which nothing computes; all (0, 0, 0) in a new triangle.
     Spatia::Point3d corner1;
     Spatia::Point3d corner2;
     Spatia::Point3d corner3;
@@ -94,6 +102,7 @@ public:
 
     ~TetrahedronPrimitive() override;
 
+    /// Sets the arguments to the corners.
     void GetTetrahedronVertices(Spatia::Point3d& corner0, Spatia::Point3d& corner1, Spatia::Point3d& corner2,
                                 Spatia::Point3d& corner3) const;
 
@@ -121,6 +130,7 @@ private:
 class VORLANE_PLATFORM_EXPORT Plane
 {
 public:
+    /// Sets both points; an argument may be one of them.
     void Set(Spatia::Point3d const& theFirst, Spatia::Point3d const& theSecond)
     {
         Spatia::Point3d const keptSecond = theSecond;
@@ -128,6 +138,7 @@ public:
         second = keptSecond;
     }
 
+    /// The points that give the plane.
     Spatia::Point3d first;
     Spatia::Point3d second;
 };
@@ -136,6 +147,7 @@ public:
 class VORLANE_PLATFORM_EXPORT PlanePrimitive : public LitPrimitive, public Colored
 {
 public:
+    /// The two points that give the plane.
     Plane const& GetPlane() const { return m_plane; }
     void SetPlane(Plane const& plane) { m_plane = plane; }
 

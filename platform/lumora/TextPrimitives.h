@@ -19,11 +19,12 @@ namespace Lumora {
 class VORLANE_PLATFORM_EXPORT Text3DPrimitive : public UnlitPointPrimitive
 {
 public:
+    /// The text; every character is kept.
     std::wstring GetText() const { return m_text; }
     void SetText(std::wstring const& text) { m_text = text; }
 
+    /// The font, and values of the application that are kept as they are.
     Orrin::Font GetFont() const { return font; }
-
     Orrin::Font font;
     double textValue = 0.0;
     bool textFlag = false;
@@ -36,15 +37,13 @@ private:
 class VORLANE_PLATFORM_EXPORT TextStringPrimitive : public UnlitShapePrimitive
 {
 public:
+    /// The text, its font, and its cursor; any value is kept.
     std::wstring const& GetTextString() const { return m_text; }
     void SetTextString(std::wstring const& text) { m_text = text; }
-
     Orrin::Font GetFont() const { return m_font; }
     void SetFont(Orrin::Font const& font) { m_font = font; }
-
     int GetCursorPosition() const { return m_cursorPosition; }
     void SetCursorPosition(int position) { m_cursorPosition = position; }
-
     bool GetShowCursor() const { return m_showCursor; }
     void SetShowCursor(bool showCursor) { m_showCursor = showCursor; }
 
@@ -59,9 +58,9 @@ private:
 class VORLANE_PLATFORM_EXPORT TextBoxPrimitive : public TextStringPrimitive
 {
 public:
+    /// The width of the box, and whether handles are shown; any value is kept.
     float GetBoxWidth() const { return m_boxWidth; }
     void SetBoxWidth(float width) { m_boxWidth = width; }
-
     bool GetShowHandles() const { return m_showHandles; }
     void SetShowHandles(bool showHandles) { m_showHandles = showHandles; }
 
@@ -74,9 +73,9 @@ private:
 class VORLANE_PLATFORM_EXPORT TextCalloutPrimitive : public TextBoxPrimitive
 {
 public:
+    /// The location in space and the one on the plane; any value is kept.
     Spatia::Point3d const& GetLocation() const { return m_location; }
     void SetLocation(Spatia::Point3d const& location) { m_location = location; }
-
     Spatia::Point2d const& GetLocation2d() const { return m_location2d; }
     void SetLocation2d(Spatia::Point2d const& location) { m_location2d = location; }
 

@@ -19,6 +19,7 @@ public:
     /// All three 0.
     TriangleIndex() = default;
 
+    /// These three vertices.
     TriangleIndex(int theFirst, int theSecond, int theThird)
         : first(theFirst), second(theSecond), third(theThird)
     {}
@@ -27,6 +28,7 @@ public:
     TriangleIndex& operator=(TriangleIndex const&) = default;
     virtual ~TriangleIndex() = default;
 
+    /// Indices of vertices, from 0; nothing checks them.
     std::int32_t first = 0;
     std::int32_t second = 0;
     std::int32_t third = 0;
@@ -37,6 +39,7 @@ public:
 class VORLANE_PLATFORM_EXPORT TriangleMeshPrimitive : public LitPrimitive
 {
 public:
+    /// The sizes of the two lists.
     int GetNumTriangles() const { return static_cast<int>(m_triangles.size()); }
     int GetNumVertices() const { return static_cast<int>(m_vertices.size()); }
 
@@ -54,8 +57,8 @@ public:
     /// Replaces the whole geometry by these lists themselves, without a copy.
     void Set(std::vector<VertexNormal>&& vertices, std::vector<TriangleIndex>&& triangles) noexcept;
 
+    /// The colour of the back sides, and flags that are kept as they are.
     Orrin::Color GetBackSideColor() const { return backSideColor; }
-
     bool meshFlag1 = false;
     bool meshFlag2 = false;
     Orrin::Color backSideColor;

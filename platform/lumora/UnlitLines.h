@@ -22,6 +22,7 @@ namespace Lumora {
 class VORLANE_PLATFORM_EXPORT LinePrimitive : public UnlitPrimitive
 {
 public:
+    /// The colours at the two ends.
     Orrin::Color GetColor1() const { return firstVertex.GetColor(); }
     Orrin::Color GetColor2() const { return secondVertex.GetColor(); }
 
@@ -29,6 +30,7 @@ public:
     /// that is 0.
     virtual void Transform(Spatia::Matrix4x4 const& matrix);
 
+    /// The ends, and words that are kept as they are.
     Vertex firstVertex;
     Vertex secondVertex;
     std::int32_t lineWord1 = 0;
@@ -39,6 +41,7 @@ public:
 class VORLANE_PLATFORM_EXPORT DashedLinePrimitive : public LinePrimitive
 {
 public:
+    /// Values whose meaning is the application's; kept as they are.
     std::int32_t dashWord = 0;
     bool dashFlag = false;
 };
@@ -47,9 +50,9 @@ public:
 class VORLANE_PLATFORM_EXPORT UnlitLinePrimitive : public GraphicsPrimitive, public Colored
 {
 public:
+    /// The corners of the line, and its width; any value is kept.
     Orrin::LegacyArray<Spatia::Point2d> const& GetPoints() const { return m_points; }
     virtual void SetPoints(Orrin::LegacyArray<Spatia::Point2d> const& points);
-
     int GetWidth() const { return m_width; }
     void SetWidth(int width) { m_width = width; }
 
@@ -62,12 +65,11 @@ private:
 class VORLANE_PLATFORM_EXPORT LineArrayPrimitive : public GraphicsPrimitive
 {
 public:
+    /// The lines, their common width, and whether they are dashed; any value is kept.
     std::vector<LinePrimitive>& GetLineArray() { return m_lines; }
     std::vector<LinePrimitive> const& GetLineArray() const { return m_lines; }
-
     float GetLineWidth() const { return m_lineWidth; }
     void SetLineWidth(float width) { m_lineWidth = width; }
-
     bool GetDashed() const { return m_dashed; }
     void SetDashed(bool dashed) { m_dashed = dashed; }
 
@@ -87,6 +89,7 @@ private:
 class VORLANE_PLATFORM_EXPORT ArcPrimitive : public GraphicsPrimitive, public Colored
 {
 public:
+    /// The points that give the arc, and values that are kept as they are; 0 and empty in a new arc.
     Spatia::Point3d arcPoint1;
     Spatia::Point3d arcPoint2;
     Spatia::Point3d arcPoint3;
@@ -100,6 +103,7 @@ public:
 class VORLANE_PLATFORM_EXPORT UnlitTrianglePrimitive : public GraphicsPrimitive, public Colored
 {
 public:
+    /// The corners.
     Spatia::Point3d unlitCorner1;
     Spatia::Point3d unlitCorner2;
     Spatia::Point3d unlitCorner3;

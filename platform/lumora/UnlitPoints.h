@@ -16,8 +16,8 @@ namespace Lumora {
 class VORLANE_PLATFORM_EXPORT UnlitPointPrimitive : public GraphicsPrimitive
 {
 public:
+    /// The point and its colour.
     Orrin::Color GetColor() const { return vertex.GetColor(); }
-
     Vertex vertex;
 };
 
@@ -25,6 +25,7 @@ public:
 class VORLANE_PLATFORM_EXPORT DotPrimitive : public UnlitPointPrimitive
 {
 public:
+    /// A word whose meaning is the application's; kept as it is.
     std::int32_t dotWord = 0;
 };
 
@@ -32,6 +33,7 @@ public:
 class VORLANE_PLATFORM_EXPORT IconPrimitive : public UnlitPointPrimitive
 {
 public:
+    /// Values whose meaning is the application's; kept as they are.
     std::int32_t iconWord = 0;
     bool iconFlag1 = false;
     bool iconFlag2 = false;

@@ -22,27 +22,22 @@ public:
     {
     };
 
+    /// Where the shape stands and how it is drawn; any value is kept. A new shape has neither outline nor
+    /// filling and opaque black colours.
     Spatia::Point2d const& GetOrigin() const { return m_origin; }
     void SetOrigin(Spatia::Point2d const& origin) { m_origin = origin; }
-
     Orrin::Color GetForegroundColor() const { return m_foregroundColor; }
     void SetForegroundColor(Orrin::Color const& color) { m_foregroundColor = color; }
-
     Orrin::Color GetBackgroundColor() const { return m_backgroundColor; }
     void SetBackgroundColor(Orrin::Color const& color) { m_backgroundColor = color; }
-
     bool GetIsOutlined() const { return m_isOutlined; }
     void SetIsOutlined(bool isOutlined) { m_isOutlined = isOutlined; }
-
     int GetOutlineWidth() const { return m_outlineWidth; }
     void SetOutlineWidth(int width) { m_outlineWidth = width; }
-
     bool GetIsFilled() const { return m_isFilled; }
     void SetIsFilled(bool isFilled) { m_isFilled = isFilled; }
-
     bool GetIsStippled() const { return m_isStippled; }
     void SetIsStippled(bool isStippled) { m_isStippled = isStippled; }
-
     StipplePattern GetStipplePattern() const { return m_stipplePattern; }
     void SetStipplePattern(StipplePattern pattern) { m_stipplePattern = pattern; }
 
@@ -61,6 +56,7 @@ private:
 class VORLANE_PLATFORM_EXPORT RectanglePrimitive : public UnlitShapePrimitive
 {
 public:
+    /// Width and height; any value is kept.
     Spatia::Point2d const& GetSize() const { return m_size; }
     void SetSize(Spatia::Point2d const& size) { m_size = size; }
 
@@ -72,6 +68,7 @@ private:
 class VORLANE_PLATFORM_EXPORT TriangleShapePrimitive : public UnlitShapePrimitive
 {
 public:
+    /// The corners; all at the origin in a new triangle.
     Spatia::Point2d GetPoint1() const { return m_point1; }
     Spatia::Point2d GetPoint2() const { return m_point2; }
     Spatia::Point2d GetPoint3() const { return m_point3; }

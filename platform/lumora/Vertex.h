@@ -14,8 +14,10 @@ public:
     /// Opaque black at the origin.
     Vertex() = default;
 
+    /// At a point, in a colour.
     Vertex(Spatia::Point3d const& thePoint, Orrin::Color const& color) : Colored(color), point(thePoint) {}
 
+    /// The place.
     Spatia::Point3d point;
 };
 
@@ -26,10 +28,12 @@ public:
     /// Opaque black at the origin, with a zero normal.
     VertexNormal() = default;
 
+    /// At a point, with a normal, in a colour.
     VertexNormal(Spatia::Point3d const& thePoint, Spatia::Point3d const& theNormal, Orrin::Color const& color)
         : Vertex(thePoint, color), normal(theNormal)
     {}
 
+    /// The normal; any length is kept.
     Spatia::Point3d normal;
 };
 

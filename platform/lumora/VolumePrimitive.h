@@ -23,6 +23,7 @@ public:
     /// Attaches a volume, which is not owned; null drops the one before.
     void SetVolume(Spatia::NComponentVolume<float>* volume) { m_volume = volume; }
 
+    /// The range of the data and the part of it that is shown; any value is kept.
     float GetDataMin() const { return m_dataMin; }
     float GetDataMax() const { return m_dataMax; }
     float GetDisplayMin() const { return m_displayMin; }
@@ -32,12 +33,11 @@ public:
     void SetDisplayMin(float value) { m_displayMin = value; }
     void SetDisplayMax(float value) { m_displayMax = value; }
 
+    /// How the shown range is drawn; any value is kept.
     bool GetClipOutsideRange() const { return m_clipOutsideRange; }
     void SetClipOutsideRange(bool clip) { m_clipOutsideRange = clip; }
-
     Orrin::ColorArray& GetColors() { return m_colors; }
     Orrin::ColorArray const& GetColors() const { return m_colors; }
-
     float GetTransparency() const { return m_transparency; }
     void SetTransparency(float transparency) { m_transparency = transparency; }
 

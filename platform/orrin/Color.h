@@ -22,9 +22,11 @@ public:
     Color& operator=(Color const&) = default;
     virtual ~Color() = default;
 
+    /// The packed value.
     std::uint32_t GetPacked() const { return m_packed; }
     void SetPacked(std::uint32_t packed) { m_packed = packed; }
 
+    /// One byte of the packed value.
     std::uint8_t GetRed() const { return Byte(0); }
     std::uint8_t GetGreen() const { return Byte(8); }
     std::uint8_t GetBlue() const { return Byte(16); }
@@ -42,6 +44,7 @@ public:
         m_packed = (static_cast<std::uint32_t>(value) & 0x00FFFFFFu) | 0xFF000000u;
     }
 
+    /// An opaque colour.
     static Color Black() { return Color(0xFF000000u); }
     static Color White() { return Color(0xFFFFFFFFu); }
     static Color Red() { return Color(0xFF0000FFu); }
@@ -51,6 +54,7 @@ public:
     static Color Yellow() { return Color(0xFF00FFFFu); }
     static Color Magenta() { return Color(0xFFFF00FFu); }
 
+    /// Equality of the packed values, alpha included.
     friend bool operator==(Color const& left, Color const& right) { return left.m_packed == right.m_packed; }
     friend bool operator!=(Color const& left, Color const& right) { return !(left == right); }
 

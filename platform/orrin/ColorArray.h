@@ -20,12 +20,14 @@ public:
     /// The same with a name; a null pointer gives an empty one.
     ColorArray(char const* name, int size, int growBy);
 
+    /// Copies hold the colours and the name.
     ColorArray(ColorArray const& other);
     ColorArray(ColorArray&&) noexcept = default;
     ColorArray& operator=(ColorArray const& other);
     ColorArray& operator=(ColorArray&&) noexcept = default;
     ~ColorArray() override;
 
+    /// The name, empty if none was given.
     std::string const& GetName() const { return m_name; }
 
     /// Replaces the name; a null pointer empties it.

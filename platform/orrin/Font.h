@@ -15,6 +15,7 @@ public:
     /// The default font.
     Font() : Font(DefaultFont()) {}
 
+    /// This face in this size; nothing is checked.
     Font(std::wstring face, int size) : m_face(std::move(face)), m_size(size) {}
 
     Font(Font const&) = default;
@@ -24,9 +25,9 @@ public:
     /// "Arial" in size 12.
     static Font DefaultFont();
 
+    /// The name of the face and the size; any value is kept.
     std::wstring GetFace() const { return m_face; }
     void SetFace(std::wstring const& face) { m_face = face; }
-
     int GetSize() const { return m_size; }
     void SetSize(int size) { m_size = size; }
 

@@ -14,6 +14,7 @@ public:
     {
         NullMatrix = 0
     };
+    /// The tag of the unit matrix.
     enum IdentityMatrixTag
     {
         IdentityMatrix = 0

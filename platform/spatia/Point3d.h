@@ -9,6 +9,7 @@ namespace Spatia {
 /// Everything is inline; no operation allocates or throws.
 struct Point3d
 {
+    /// The coordinates.
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
@@ -16,6 +17,7 @@ struct Point3d
     /// (0, 0, 0).
     constexpr Point3d() = default;
 
+    /// (x, y, z).
     constexpr Point3d(double xValue, double yValue, double zValue) : x(xValue), y(yValue), z(zValue) {}
 
     /// The Euclidean length, the root of x² + y² + z² summed in this order.
@@ -59,6 +61,7 @@ struct Point3d
         return Point3d(y * other.z - z * other.y, z * other.x - x * other.z, x * other.y - y * other.x);
     }
 
+    /// Coordinate by coordinate.
     constexpr Point3d& operator-=(Point3d const& other)
     {
         x -= other.x;
@@ -67,6 +70,7 @@ struct Point3d
         return *this;
     }
 
+    /// Divides each coordinate.
     constexpr Point3d& operator/=(double divisor)
     {
         x /= divisor;

@@ -51,6 +51,8 @@ public:
     virtual void SetSpectrumName(CString const& name);
     virtual CString GetSpectrumName() const;
 
+    /// Whether values outside the range are black. Without it the map decides: it gives them the nearer end
+    /// bin.
     virtual void SetClip(bool clip);
     virtual bool GetClip() const;
 
@@ -62,9 +64,9 @@ public:
     virtual void SetMaximum(double maximum);
     virtual double GetMaximum() const;
 
+    /// The switches of the bins, one a bin: their number is the number of bins. The getter makes
+    /// `transferFunction` a copy of them.
     virtual void SetTransferFunction(BoolArray const& transferFunction);
-
-    /// Makes `transferFunction` a copy of the transfer function.
     virtual void GetTransferFunction(BoolArray& transferFunction) const;
 
     /// Sets the first `count` of `colors` to what CalculateColor of this class gives for each of `values`; a

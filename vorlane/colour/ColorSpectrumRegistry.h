@@ -24,6 +24,7 @@ public:
     /// single spectrum is left, nothing is filled in.
     ColorSpectrumRegistry();
 
+    /// All objects stand for the one registry, so there is nothing to copy.
     ColorSpectrumRegistry(ColorSpectrumRegistry const&) = default;
     ColorSpectrumRegistry& operator=(ColorSpectrumRegistry const&) { return *this; }
 

@@ -26,6 +26,7 @@ public:
     /// Nothing is defined. A size below 2 gives 2 and one above 128 gives 128. The name ends at a zero byte.
     CustomColorSpectrum(CString const& name, int size, bool editable);
 
+    /// Copies hold the name, the colours, which of them are defined, and whether the spectrum is editable.
     CustomColorSpectrum(CustomColorSpectrum const& other);
     void operator=(CustomColorSpectrum const& other);
     ~CustomColorSpectrum() override;
@@ -53,6 +54,7 @@ public:
     /// A mark for user interfaces; nothing here enforces it.
     bool IsEditable() const { return m_editable; }
 
+    /// The bounds of the size that the constructor enforces.
     static int GetDefaultMaximumSize() { return 128; }
     static int GetDefaultMinimumSize() { return 2; }
 
@@ -64,9 +66,7 @@ public:
     bool operator==(CustomColorSpectrum const& other) const;
     bool operator!=(CustomColorSpectrum const& other) const { return !(*this == other); }
 
-    /// \name The built-in ramps
-    /// They are not editable, and every position is a defined stop.
-    /// @{
+    /// A built-in ramp. It is not editable, and every position is a defined stop.
     static CustomColorSpectrum BlackWhite();
     static CustomColorSpectrum WhiteBlack();
     static CustomColorSpectrum RedBlue();
@@ -79,7 +79,6 @@ public:
     static CustomColorSpectrum Rainbow1Reversed();
     static CustomColorSpectrum Rainbow2();
     static CustomColorSpectrum Rainbow2Reversed();
-    /// @}
 
 private:
     bool IsValidIndex(int index) const;

@@ -12,10 +12,8 @@
 
 namespace Vorlane {
 
-/// \name The built-in ramps
-/// Each gives the array of the CustomColorSpectrum factory of the same name, built anew in each call and
-/// whatever the registry holds under that name.
-/// @{
+/// A built-in ramp: the array of the CustomColorSpectrum factory of the same name, built anew in each call
+/// and whatever the registry holds under that name.
 VORLANE_EXPORT Orrin::ColorArray BlackWhiteColorArray();
 VORLANE_EXPORT Orrin::ColorArray WhiteBlackColorArray();
 VORLANE_EXPORT Orrin::ColorArray RedBlueColorArray();
@@ -28,7 +26,6 @@ VORLANE_EXPORT Orrin::ColorArray Rainbow1ColorArray();
 VORLANE_EXPORT Orrin::ColorArray Rainbow1ReversedColorArray();
 VORLANE_EXPORT Orrin::ColorArray Rainbow2ColorArray();
 VORLANE_EXPORT Orrin::ColorArray Rainbow2ReversedColorArray();
-/// @}
 
 /// The array of the spectrum that is registered under `name`, by the letter; for any other name the ramp
 /// "Red-Green-Blue", under that name and as RedGreenBlueColorArray builds it. Logarithmic in the number of

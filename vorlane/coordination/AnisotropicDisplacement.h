@@ -32,6 +32,7 @@ public:
                             double sigu11, double sigu22, double sigu33, double sigu12, double sigu13,
                             double sigu23);
 
+    /// A component of the tensor; any value is kept.
     float GetU11() const { return m_u11; }
     float GetU12() const { return m_u12; }
     float GetU13() const { return m_u13; }
@@ -45,6 +46,7 @@ public:
     void SetU23(float value) { m_u23 = value; }
     void SetU33(float value) { m_u33 = value; }
 
+    /// The standard uncertainty of a component, in the same unit.
     float GetSigu11() const { return m_sigu11; }
     float GetSigu12() const { return m_sigu12; }
     float GetSigu13() const { return m_sigu13; }

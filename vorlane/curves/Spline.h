@@ -25,6 +25,7 @@ namespace Vorlane {
 class VORLANE_EXPORT Spline
 {
 public:
+    /// The bases of the curves.
     enum SplineType : int
     {
         Beta = 0,

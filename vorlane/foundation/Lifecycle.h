@@ -68,6 +68,7 @@ private:
 class VORLANE_EXPORT Feedback
 {
 public:
+    /// What a piece of work is doing.
     enum Status : int
     {
         running = 0,    ///< the status of a new object
@@ -83,6 +84,7 @@ public:
     virtual void Start(int extent);
     virtual void Update(int position, int extent);
 
+    /// `running` in a new object. Any status may be set at any time.
     Status GetStatus() const { return m_status; }
     void SetStatus(Status status) { m_status = status; }
 
@@ -103,6 +105,7 @@ public:
     /// Value 0 and this step. (The assignment from a number sets the value instead.)
     explicit Counter(unsigned long step);
 
+    /// This value and this step, both modulo 2^32.
     Counter(unsigned long value, unsigned long step);
 
     /// Copies value and step.
@@ -135,6 +138,7 @@ public:
     /// Adds the step and gives a copy, with the step, from before.
     Counter operator++(int);
 
+    /// Sets the value, modulo 2^32, and leaves the step.
     void Reset(unsigned long value) { m_value = static_cast<std::uint32_t>(value); }
     void Zero() { m_value = 0; }
 

@@ -24,6 +24,7 @@ public:
     /// The stream of `seed`, independent of the default generator.
     RandomInteger(unsigned long seed = 1);
 
+    /// A copy continues the stream on its own.
     RandomInteger(RandomInteger const&) = default;
     RandomInteger& operator=(RandomInteger const&) = default;
     virtual ~RandomInteger();

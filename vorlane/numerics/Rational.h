@@ -23,6 +23,7 @@ namespace Vorlane {
 class VORLANE_EXPORT Rational
 {
 public:
+    /// The fraction in lowest terms.
     Rational(int numerator = 0, int denominator = 1) { SetFraction(numerator, denominator); }
 
     /// Stores the fraction in lowest terms.
@@ -32,6 +33,7 @@ public:
     Rational& SetNumerator(int numerator) { return SetFraction(numerator, m_denominator); }
     Rational& SetDenominator(int denominator) { return SetFraction(m_numerator, denominator); }
 
+    /// The parts of the stored fraction, which is in lowest terms.
     int GetNumerator() const { return m_numerator; }
     int GetDenominator() const { return m_denominator; }
     void GetFraction(short& numerator, short& denominator) const;
@@ -59,6 +61,7 @@ public:
     Rational operator+() const { return Rational(m_numerator, m_denominator); }
     Rational operator-() const;
 
+    /// Arithmetic as with the free operators below.
     Rational& operator+=(Rational const& other);
     Rational& operator-=(Rational const& other);
     Rational& operator*=(Rational const& other);
@@ -73,6 +76,7 @@ private:
     std::int16_t m_denominator = 1;
 };
 
+/// The sum, difference, product or quotient.
 VORLANE_EXPORT Rational operator+(Rational const& a, Rational const& b);
 VORLANE_EXPORT Rational operator-(Rational const& a, Rational const& b);
 VORLANE_EXPORT Rational operator*(Rational const& a, Rational const& b);

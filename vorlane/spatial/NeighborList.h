@@ -33,8 +33,8 @@ public:
     /// One stored point.
     struct VoxelData
     {
-        int index = 0; ///< what Add returned for it
-        Spatia::Point3d point;
+        int index = 0;         ///< what Add returned for it
+        Spatia::Point3d point; ///< where it lies
     };
 
     /// `cutoff`, in the unit of the coordinates, is the edge of a voxel, the default search distance and the

@@ -21,9 +21,11 @@ public:
     Font& operator=(Font const&) = default;
     ~Font() = default;
 
+    /// The name of the face, such as "Arial"; it is not checked.
     CString GetFace() const { return m_face; }
     void SetFace(CString face);
 
+    /// The size; any number is kept.
     int GetSize() const { return m_size; }
 
     /// Ignores a size of 0 or below.

@@ -23,12 +23,14 @@ class VORLANE_EXPORT Pattern
 public:
     /// `exactMatch` is what the operators hand to Match.
     explicit Pattern(bool exactMatch = true) : m_exactMatch(exactMatch) {}
+
     Pattern(Pattern const&) = default;
     Pattern& operator=(Pattern const&) = default;
     virtual ~Pattern();
 
     /// Match with the `exactMatch` of the constructor.
     bool operator==(T const& text) { return Match(text, m_exactMatch); }
+    /// Whether that is false.
     bool operator!=(T const& text) { return !(*this == text); }
 
     /// A copy on the heap, which belongs to the caller.
@@ -38,7 +40,7 @@ public:
     virtual bool Match(T const& text, bool exact) = 0;
 
 protected:
-    bool m_exactMatch;
+    bool m_exactMatch; ///< what the operators hand to Match
 };
 
 template <typename T>

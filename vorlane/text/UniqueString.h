@@ -45,11 +45,13 @@ private:
 class VORLANE_EXPORT UniqueString
 {
 public:
+    /// A handle on this text, which is added to the table if it is new.
     UniqueString(char const* text) { Add(text); }
     UniqueString(CString const& text) { Add(text); }
     UniqueString(UniqueString const&) = default;
     ~UniqueString() = default; // the text stays in the table
 
+    /// Makes this a handle on another text.
     UniqueString& operator=(char const* text)
     {
         Add(text);
@@ -71,6 +73,7 @@ public:
     /// Stores the text, or loads one and makes this a handle on it.
     void Serialize(CArchive& ar);
 
+    /// The table of all texts. A load-time object.
     static UniqueStringTable m_table;
 
 private:
