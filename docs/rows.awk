@@ -1,50 +1,44 @@
-# Makes a member group of each row of declarations, so that the docstring before a row serves all of it.
+# Gives the docstring before a row of declarations to each of them.
 #
-# A row starts with a `///` docstring and ends at the next blank line, docstring, label or closing brace. Nothing is
-# added but the marks of the group, at the ends of lines, so that line numbers stay. Defaulted copies and destructors
-# outside such a row have nothing to tell and are left out.
+# A row starts with a `///` docstring and ends before the next blank line, docstring, destructor, label or closing
+# brace. The copies stand in front of the declarations, in their lines, so that line numbers stay. Defaulted copy
+# operations outside a row have nothing to tell and are left out.
 
 function indentation(line) { match(line, /^ */); return RLENGTH }
 
-function close_row() {
-    if (declarations > 1) {
-        lines[begin - 1] = lines[begin - 1] " /*!@{*/"
-        lines[last] = lines[last] " /*!@}*/"
-    }
-    declarations = 0
-    in_row = 0
-}
-
-{ lines[NR] = $0 }
+{ line[NR] = $0 }
 
 /^ *\/\/\/([^<]|$)/ {
-    if (!in_row || declarations > 0) {
-        close_row()
-        begin = NR
-        depth = indentation($0)
-        in_row = 1
-    }
+    text = (is_docstring ? text : "") " " substr($0, indentation($0) + 4)
+    depth = indentation($0)
+    declarations = 0
+    is_docstring = in_row = is_between = 1
+    in_body = 0
     next
 }
 
-in_row {
-    if ($0 ~ /^ *$/ || indentation($0) < depth || $0 ~ /^ *(class|struct|enum|namespace) [^;]*$/) {
-        close_row()
-    } else {
-        if (indentation($0) == depth && $0 !~ /^ *([{}#]|template )/) {
-            ++declarations
-        }
-        last = NR
-    }
+{ is_docstring = 0 }
+
+in_row && indentation($0) == depth && /^ *[{}]/ {
+    in_body = /{$/
 }
 
-!in_row && /(const&|&&|~[A-Za-z]*\()\)( noexcept)? = default;/ {
-    lines[NR] = ""
+in_row && !in_body {
+    is_end = /^ *$/ || indentation($0) < depth || /^ *(class|struct|enum|namespace) [^;]*$/
+    if (is_end || (declarations > 0 && /^ *(virtual )?~/)) {
+        in_row = 0
+    } else if (is_between && ++declarations > 1) {
+        line[NR] = "/**" text " */ " $0
+    }
+    is_between = /[;}]( *\/\/.*)?$/
+}
+
+!in_row && /(const&|&&)\)( noexcept)? = default;/ {
+    line[NR] = ""
 }
 
 END {
-    close_row()
     for (i = 1; i <= NR; ++i) {
-        print lines[i]
+        print line[i]
     }
 }

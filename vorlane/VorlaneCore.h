@@ -4,6 +4,10 @@
 /// \file
 /// Everything public, in one include.
 
+/// \namespace Vorlane
+/// The library. What it stands on has names of its own: the classes of the framework in the global namespace,
+/// the value types in Spatia and Orrin, the primitives of a scene in Lumora.
+
 #include "vorlane/Version.h"
 #include "vorlane/colour/ColorMapParameters.h"
 #include "vorlane/colour/ColorSpectrumRegistry.h"

@@ -35,8 +35,8 @@ public:
     /// What an archive is opened for.
     enum Mode : unsigned int
     {
-        store = 0,
-        load = 1
+        store = 0, ///< insertions go into the file
+        load = 1   ///< extractions come from it
     };
 
     /// Any `bufferSize` works; one below 1 means 65536, and one below 8 is made 8, the size of the widest
@@ -100,10 +100,10 @@ public:
     /// large counts only.
     std::uint64_t GetRemaining() const;
 
-    /// A bool takes 1 byte, 1 or 0; any byte but 0 is loaded as true. `long` and `unsigned long` take 4
-    /// bytes: the low 32 bits are stored, and their value as a signed or unsigned number is loaded. So do
-    /// `std::int64_t`, `std::uint64_t` and `std::size_t` where they are these types, as on 64-bit Linux; a
-    /// `long long` takes 8 bytes everywhere.
+    /// Inserts a value as its bytes, the lowest first. A bool takes 1 byte, 1 or 0; any byte but 0 is loaded
+    /// as true. `long` and `unsigned long` take 4 bytes: the low 32 bits are stored, and their value as a
+    /// signed or unsigned number is loaded. So do `std::int64_t`, `std::uint64_t` and `std::size_t` where
+    /// they are these types, as on 64-bit Linux; a `long long` takes 8 bytes everywhere.
     CArchive& operator<<(bool value) { return Insert(static_cast<std::uint8_t>(value ? 1 : 0)); }
     CArchive& operator<<(char value) { return Insert(static_cast<std::uint8_t>(value)); }
     CArchive& operator<<(signed char value) { return Insert(static_cast<std::uint8_t>(value)); }
@@ -119,10 +119,8 @@ public:
     CArchive& operator<<(float value) { return Insert(Bits<std::uint32_t>(value)); }
     CArchive& operator<<(double value) { return Insert(Bits<std::uint64_t>(value)); }
 
-    /// Extracts one value from its bytes, least significant first.
-    ///
-    /// \throws CArchiveException with the cause `endOfFile` if the archive ends before the value is complete,
-    /// `writeOnly` if this archive is storing.
+    /// Extracts a value that an insertion of the same type wrote. Where the archive ends first, `value`
+    /// stays.
     CArchive& operator>>(bool& value)
     {
         value = Extract<std::uint8_t>() != 0;

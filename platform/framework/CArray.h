@@ -45,36 +45,32 @@ public:
 
     /// The number of elements.
     int GetSize() const noexcept { return m_nSize; }
+
     /// Whether the size is 0.
     bool IsEmpty() const noexcept { return m_nSize == 0; }
 
     /// The number of elements that the present storage has room for.
     int GetCapacity() const noexcept { return m_nMaxSize; }
 
-    /// An element.
-    ///
-    /// \throws CInvalidArgException if `index` is outside 0 to the size minus 1.
+    /// The element at `index`, from 0 to the size minus 1; CInvalidArgException for any other.
     TYPE const& GetAt(int index) const
     {
         CheckIndex(index);
         return m_pData[index];
     }
-    /// An element to change.
     TYPE& GetAt(int index)
     {
         CheckIndex(index);
         return m_pData[index];
     }
-    /// The same as GetAt.
     TYPE const& operator[](int index) const { return GetAt(index); }
-    /// The same as GetAt.
     TYPE& operator[](int index) { return GetAt(index); }
-    /// Assigns to an element.
+
+    /// Assigns to the element at `index`, as by GetAt.
     void SetAt(int index, ARG_TYPE value) { GetAt(index) = value; }
 
     /// Element 0, or null while there is no storage.
     TYPE const* GetData() const noexcept { return m_pData; }
-    /// The same, to change elements.
     TYPE* GetData() noexcept { return m_pData; }
 
     /// Changes the size. A `growBy` of 0 or more becomes the growth argument, also when the call fails later;

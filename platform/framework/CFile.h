@@ -20,12 +20,12 @@
 class VORLANE_PLATFORM_EXPORT CFile
 {
 public:
-    /// The modes of opening; one of the first three, joined with the fourth or not.
+    /// How a file is opened: one of the first three, joined with the fourth or not.
     enum OpenFlags : unsigned int
     {
-        modeRead = 0,
-        modeWrite = 1,
-        modeReadWrite = 2,
+        modeRead = 0,       ///< no writing
+        modeWrite = 1,      ///< no reading
+        modeReadWrite = 2,  ///< both
         modeCreate = 0x1000 ///< makes the file, or empties the one that is there
     };
 
@@ -82,6 +82,7 @@ private:
 class VORLANE_PLATFORM_EXPORT CMemFile : public CFile
 {
 public:
+    /// Empty.
     CMemFile() noexcept = default;
 
     /// Starts with these bytes and at their begin, ready to be read.
@@ -92,11 +93,14 @@ public:
     std::vector<unsigned char> const& Bytes() const noexcept { return m_bytes; }
 
     unsigned int Read(void* bytes, unsigned int count) override;
+
     /// Overwrites and extends, also with bytes of this file; a failed allocation raises CMemoryException.
     void Write(void const* bytes, unsigned int count) override;
+
+    /// Do nothing: the content stays, and the file can be used on.
     void Flush() override;
-    /// Keeps the content.
     void Close() override;
+
     void SeekToBegin() override;
     bool StepBack(std::uint64_t count) override;
     std::uint64_t GetLength() const override;

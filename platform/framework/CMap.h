@@ -67,10 +67,11 @@ public:
 
     /// The number of entries.
     int GetCount() const noexcept { return m_count; }
-    /// The number of entries.
     int GetSize() const noexcept { return m_count; }
+
     /// Whether there are no entries.
     bool IsEmpty() const noexcept { return m_count == 0; }
+
     /// The number of buckets.
     unsigned int GetHashTableSize() const noexcept { return m_tableSize; }
 

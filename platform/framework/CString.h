@@ -38,7 +38,9 @@ constexpr bool AfxIsWhiteSpace(char character)
 class VORLANE_PLATFORM_EXPORT CString
 {
 public:
+    /// Empty.
     CString() noexcept {}
+
     /// Copies share the storage of a long text until one of them changes; moves leave an empty text.
     CString(CString const& other)
         : m_content(other.m_content), m_length(other.m_length), m_isStored(other.m_isStored)
@@ -47,7 +49,6 @@ public:
             Share();
         }
     }
-    /// Copies share the storage of a long text until one of them changes; moves leave an empty text.
     CString(CString&& other) noexcept
         : m_content(other.m_content), m_length(other.m_length), m_isStored(other.m_isStored)
     {
@@ -104,6 +105,8 @@ public:
 
     /// The number of bytes.
     int GetLength() const noexcept { return m_length; }
+
+    /// Whether there are no bytes.
     bool IsEmpty() const noexcept { return m_length == 0; }
 
     /// The byte at `index`; the terminating 0 where `index` is the length. Any other index raises

@@ -17,7 +17,7 @@ public:
     /// What went wrong.
     enum Cause : int
     {
-        none = 0,
+        none = 0,      ///< no failure
         generic = 1,   ///< use of a closed archive
         readOnly = 2,  ///< an insertion into a loading archive
         endOfFile = 3, ///< the archive ends before a value is complete
@@ -39,9 +39,9 @@ public:
     /// What went wrong.
     enum Cause : int
     {
-        none = 0,
-        generic = 1, ///< none of the others
-        fileNotFound = 2,
+        none = 0,         ///< no failure
+        generic = 1,      ///< none of the others
+        fileNotFound = 2, ///< no file is there, or its path is too long
         accessDenied = 5, ///< by permissions, or because the file is of another kind or open for another use
         hardIO = 10,      ///< the device failed
         diskFull = 13     ///< no space, or a quota or size limit reached

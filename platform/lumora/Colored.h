@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_LUMORA_COLORED_H
 #define VORLANE_PLATFORM_LUMORA_COLORED_H
 
+/// \file
+/// What has one colour.
+
 #include "platform/Export.h"
 #include "platform/orrin/Color.h"
 

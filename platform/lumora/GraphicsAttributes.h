@@ -23,7 +23,7 @@ public:
     LightSource& operator=(LightSource const&) = default;
     virtual ~LightSource();
 
-    /// The fields of a light beside its colour; zero and false in a new one.
+    /// Where the light is, and a flag of the application.
     Spatia::Point3d point;
     bool lightFlag = false;
 };
@@ -38,7 +38,7 @@ public:
     void operator=(MaterialProperty const& other);
     virtual ~MaterialProperty();
 
-    /// Plain values for the renderer, all of them kept as they are set; false and 0 in a new object.
+    /// The properties that a renderer asks for, in units of its own.
     bool GetEnabled() const { return m_enabled; }
     void SetEnabled(bool enabled) { m_enabled = enabled; }
     float GetAmbient() const { return m_ambient; }
@@ -73,10 +73,10 @@ public:
     /// The capacity of the array of lights: 4.
     static constexpr int GetMaxNumberOfLights() { return maxNumberOfLights; }
 
+    /// One of the lights.
+    ///
     /// \throws CInvalidArgException if `index` is outside 0 to GetMaxNumberOfLights() minus 1.
     LightSource GetLight(int index) const;
-
-    /// \throws CInvalidArgException if `index` is outside 0 to GetMaxNumberOfLights() minus 1.
     void SetLight(int index, LightSource const& light);
 
     /// The colour behind the scene, and the material of its surfaces.
@@ -89,8 +89,8 @@ private:
     static constexpr int maxNumberOfLights = 4;
 
 public:
-    /// What the renderer keeps with a scene, in the order of the archive. Words and numbers without a name
-    /// are kept as they are; all are 0 or false in a new object.
+    /// What a renderer keeps with a scene. The numbers in the names follow the order of the archive; they
+    /// mean what the application says.
     float attrFloat1 = 0.0f;
     std::int32_t attrWord1 = 0;
     std::int32_t attrWord2 = 0;

@@ -13,6 +13,7 @@
 
 #include <cstdint>
 
+/// The graphics primitives of a scene, what they share, and the map from numbers to colours.
 namespace Lumora {
 
 /// The root of all primitives.
@@ -26,7 +27,7 @@ public:
     GraphicsPrimitive& operator=(GraphicsPrimitive&&) noexcept = default;
     virtual ~GraphicsPrimitive();
 
-    /// A word whose meaning is the application's; kept as it is.
+    /// A word whose meaning is the application's.
     std::int32_t headerWord = 0;
 };
 
@@ -34,7 +35,7 @@ public:
 class VORLANE_PLATFORM_EXPORT LitPrimitive : public GraphicsPrimitive
 {
 public:
-    /// Words whose meaning is the application's; kept as they are.
+    /// Words whose meaning is the application's.
     std::int32_t litWord1 = 0;
     std::int32_t litWord2 = 0;
 };

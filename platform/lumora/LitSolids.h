@@ -20,7 +20,7 @@ public:
     Vertex GetVertex() const { return m_vertex; }
     void SetVertex(Vertex const& vertex) { m_vertex = vertex; }
 
-    /// The size, in the unit of the coordinates; any value is kept.
+    /// The size, in the unit of the coordinates.
     float size = 0.0f;
 
 private:
@@ -35,7 +35,7 @@ public:
     Vertex GetVertex() const { return m_vertex; }
     void SetVertex(Vertex const& vertex) { m_vertex = vertex; }
 
-    /// The axes and the frame in which they lie; any value is kept.
+    /// The axes and the frame in which they lie.
     Spatia::Point3d axes;
     Spatia::Matrix4x4 frame;
 
@@ -54,7 +54,7 @@ public:
     /// The same for a constant cylinder, also where a derived class replaces the first.
     void GetVertices(Vertex& first, Vertex& second) const;
 
-    /// The size, in the unit of the coordinates; any value is kept.
+    /// The size, in the unit of the coordinates.
     float size = 0.0f;
 
 private:
@@ -66,7 +66,7 @@ private:
 class VORLANE_PLATFORM_EXPORT ConePrimitive : public LitPrimitive, public Colored
 {
 public:
-    /// The ends of the axis and the size; any value is kept, and a new cone lies at the origin.
+    /// The ends of the axis and the size.
     Spatia::Point3d firstEnd;
     Spatia::Point3d secondEnd;
     float size = 0.0f;
@@ -76,7 +76,7 @@ public:
 class VORLANE_PLATFORM_EXPORT TrianglePrimitive : public LitPrimitive, public Colored
 {
 public:
-    /// The corners and the vector of the face, which nothing computes; all (0, 0, 0) in a new triangle.
+    /// The corners, and a vector that belongs to the face; nothing computes it from them.
     Spatia::Point3d corner1;
     Spatia::Point3d corner2;
     Spatia::Point3d corner3;

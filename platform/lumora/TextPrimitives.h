@@ -19,11 +19,11 @@ namespace Lumora {
 class VORLANE_PLATFORM_EXPORT Text3DPrimitive : public UnlitPointPrimitive
 {
 public:
-    /// The text; every character is kept.
+    /// The text; in an archive it is narrow and ends at its first zero character.
     std::wstring GetText() const { return m_text; }
     void SetText(std::wstring const& text) { m_text = text; }
 
-    /// The font, and values of the application that are kept as they are.
+    /// The font, and values whose meaning is the application's.
     Orrin::Font GetFont() const { return font; }
     Orrin::Font font;
     double textValue = 0.0;
@@ -37,7 +37,7 @@ private:
 class VORLANE_PLATFORM_EXPORT TextStringPrimitive : public UnlitShapePrimitive
 {
 public:
-    /// The text, its font, and its cursor; any value is kept.
+    /// The text, its font, the position of the cursor and whether it is shown.
     std::wstring const& GetTextString() const { return m_text; }
     void SetTextString(std::wstring const& text) { m_text = text; }
     Orrin::Font GetFont() const { return m_font; }
@@ -58,7 +58,7 @@ private:
 class VORLANE_PLATFORM_EXPORT TextBoxPrimitive : public TextStringPrimitive
 {
 public:
-    /// The width of the box, and whether handles are shown; any value is kept.
+    /// The width of the box, and whether handles are shown.
     float GetBoxWidth() const { return m_boxWidth; }
     void SetBoxWidth(float width) { m_boxWidth = width; }
     bool GetShowHandles() const { return m_showHandles; }
@@ -73,7 +73,7 @@ private:
 class VORLANE_PLATFORM_EXPORT TextCalloutPrimitive : public TextBoxPrimitive
 {
 public:
-    /// The location in space and the one on the plane; any value is kept.
+    /// The place that the callout points at, in space and on the plane; neither follows from the other.
     Spatia::Point3d const& GetLocation() const { return m_location; }
     void SetLocation(Spatia::Point3d const& location) { m_location = location; }
     Spatia::Point2d const& GetLocation2d() const { return m_location2d; }

@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_LUMORA_TRIANGLEMESHPRIMITIVE_H
 #define VORLANE_PLATFORM_LUMORA_TRIANGLEMESHPRIMITIVE_H
 
+/// \file
+/// Surfaces of triangles.
+
 #include "platform/Export.h"
 #include "platform/framework/AfxExceptions.h"
 #include "platform/lumora/GraphicsPrimitive.h"
@@ -19,7 +22,7 @@ public:
     /// All three 0.
     TriangleIndex() = default;
 
-    /// These three vertices.
+    /// The corners in their order.
     TriangleIndex(int theFirst, int theSecond, int theThird)
         : first(theFirst), second(theSecond), third(theThird)
     {}
@@ -28,7 +31,7 @@ public:
     TriangleIndex& operator=(TriangleIndex const&) = default;
     virtual ~TriangleIndex() = default;
 
-    /// Indices of vertices, from 0; nothing checks them.
+    /// Indexes of vertices, from 0.
     std::int32_t first = 0;
     std::int32_t second = 0;
     std::int32_t third = 0;
@@ -39,7 +42,7 @@ public:
 class VORLANE_PLATFORM_EXPORT TriangleMeshPrimitive : public LitPrimitive
 {
 public:
-    /// The sizes of the two lists.
+    /// How many triangles and vertices there are.
     int GetNumTriangles() const { return static_cast<int>(m_triangles.size()); }
     int GetNumVertices() const { return static_cast<int>(m_vertices.size()); }
 
@@ -57,7 +60,7 @@ public:
     /// Replaces the whole geometry by these lists themselves, without a copy.
     void Set(std::vector<VertexNormal>&& vertices, std::vector<TriangleIndex>&& triangles) noexcept;
 
-    /// The colour of the back sides, and flags that are kept as they are.
+    /// The colour of the back sides, and flags whose meaning is the application's.
     Orrin::Color GetBackSideColor() const { return backSideColor; }
     bool meshFlag1 = false;
     bool meshFlag2 = false;

@@ -30,7 +30,7 @@ public:
     /// that is 0.
     virtual void Transform(Spatia::Matrix4x4 const& matrix);
 
-    /// The ends, and words that are kept as they are.
+    /// The ends, and words whose meaning is the application's.
     Vertex firstVertex;
     Vertex secondVertex;
     std::int32_t lineWord1 = 0;
@@ -41,7 +41,7 @@ public:
 class VORLANE_PLATFORM_EXPORT DashedLinePrimitive : public LinePrimitive
 {
 public:
-    /// Values whose meaning is the application's; kept as they are.
+    /// Values whose meaning is the application's.
     std::int32_t dashWord = 0;
     bool dashFlag = false;
 };
@@ -50,7 +50,7 @@ public:
 class VORLANE_PLATFORM_EXPORT UnlitLinePrimitive : public GraphicsPrimitive, public Colored
 {
 public:
-    /// The corners of the line, and its width; any value is kept.
+    /// The points, in their order, and the width of the line.
     Orrin::LegacyArray<Spatia::Point2d> const& GetPoints() const { return m_points; }
     virtual void SetPoints(Orrin::LegacyArray<Spatia::Point2d> const& points);
     int GetWidth() const { return m_width; }
@@ -65,7 +65,7 @@ private:
 class VORLANE_PLATFORM_EXPORT LineArrayPrimitive : public GraphicsPrimitive
 {
 public:
-    /// The lines, their common width, and whether they are dashed; any value is kept.
+    /// The lines, their common width, and whether they are dashed.
     std::vector<LinePrimitive>& GetLineArray() { return m_lines; }
     std::vector<LinePrimitive> const& GetLineArray() const { return m_lines; }
     float GetLineWidth() const { return m_lineWidth; }
@@ -73,7 +73,7 @@ public:
     bool GetDashed() const { return m_dashed; }
     void SetDashed(bool dashed) { m_dashed = dashed; }
 
-    /// 16 bits.
+    /// The pattern of the dashes, 16 bits.
     unsigned short GetDashPattern() const { return m_dashPattern; }
     void SetDashPattern(unsigned short pattern) { m_dashPattern = pattern; }
 
@@ -89,7 +89,8 @@ private:
 class VORLANE_PLATFORM_EXPORT ArcPrimitive : public GraphicsPrimitive, public Colored
 {
 public:
-    /// The points that give the arc, and values that are kept as they are; 0 and empty in a new arc.
+    /// The three points that give the arc, values whose meaning is the application's, and the points along
+    /// it.
     Spatia::Point3d arcPoint1;
     Spatia::Point3d arcPoint2;
     Spatia::Point3d arcPoint3;

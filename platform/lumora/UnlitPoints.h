@@ -25,7 +25,7 @@ public:
 class VORLANE_PLATFORM_EXPORT DotPrimitive : public UnlitPointPrimitive
 {
 public:
-    /// A word whose meaning is the application's; kept as it is.
+    /// A word whose meaning is the application's.
     std::int32_t dotWord = 0;
 };
 
@@ -33,7 +33,7 @@ public:
 class VORLANE_PLATFORM_EXPORT IconPrimitive : public UnlitPointPrimitive
 {
 public:
-    /// Values whose meaning is the application's; kept as they are.
+    /// Values whose meaning is the application's.
     std::int32_t iconWord = 0;
     bool iconFlag1 = false;
     bool iconFlag2 = false;

@@ -22,8 +22,7 @@ public:
     {
     };
 
-    /// Where the shape stands and how it is drawn; any value is kept. A new shape has neither outline nor
-    /// filling and opaque black colours.
+    /// Where the shape stands, and how its outline and its inside are drawn.
     Spatia::Point2d const& GetOrigin() const { return m_origin; }
     void SetOrigin(Spatia::Point2d const& origin) { m_origin = origin; }
     Orrin::Color GetForegroundColor() const { return m_foregroundColor; }
@@ -56,7 +55,7 @@ private:
 class VORLANE_PLATFORM_EXPORT RectanglePrimitive : public UnlitShapePrimitive
 {
 public:
-    /// Width and height; any value is kept.
+    /// Width and height.
     Spatia::Point2d const& GetSize() const { return m_size; }
     void SetSize(Spatia::Point2d const& size) { m_size = size; }
 
@@ -68,7 +67,7 @@ private:
 class VORLANE_PLATFORM_EXPORT TriangleShapePrimitive : public UnlitShapePrimitive
 {
 public:
-    /// The corners; all at the origin in a new triangle.
+    /// The corners.
     Spatia::Point2d GetPoint1() const { return m_point1; }
     Spatia::Point2d GetPoint2() const { return m_point2; }
     Spatia::Point2d GetPoint3() const { return m_point3; }

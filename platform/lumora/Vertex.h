@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_LUMORA_VERTEX_H
 #define VORLANE_PLATFORM_LUMORA_VERTEX_H
 
+/// \file
+/// Coloured points, with and without a normal.
+
 #include "platform/Export.h"
 #include "platform/lumora/Colored.h"
 #include "platform/spatia/Point3d.h"
@@ -17,7 +20,7 @@ public:
     /// At a point, in a colour.
     Vertex(Spatia::Point3d const& thePoint, Orrin::Color const& color) : Colored(color), point(thePoint) {}
 
-    /// The place.
+    /// Where the vertex is.
     Spatia::Point3d point;
 };
 
@@ -33,7 +36,7 @@ public:
         : Vertex(thePoint, color), normal(theNormal)
     {}
 
-    /// The normal; any length is kept.
+    /// The normal.
     Spatia::Point3d normal;
 };
 

@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_LUMORA_VOLUMEPRIMITIVE_H
 #define VORLANE_PLATFORM_LUMORA_VOLUMEPRIMITIVE_H
 
+/// \file
+/// The display of a volume.
+
 #include "platform/Export.h"
 #include "platform/framework/AfxExceptions.h"
 #include "platform/lumora/GraphicsPrimitive.h"
@@ -15,6 +18,7 @@ namespace Lumora {
 class VORLANE_PLATFORM_EXPORT VolumePrimitive : public GraphicsPrimitive
 {
 public:
+    /// Without a volume, colours and transfer function.
     VolumePrimitive() : m_colors(0, 1) {}
 
     /// The attached volume, or null.
@@ -23,7 +27,7 @@ public:
     /// Attaches a volume, which is not owned; null drops the one before.
     void SetVolume(Spatia::NComponentVolume<float>* volume) { m_volume = volume; }
 
-    /// The range of the data and the part of it that is shown; any value is kept.
+    /// The range of the data and the range that is shown; nothing computes them from the volume.
     float GetDataMin() const { return m_dataMin; }
     float GetDataMax() const { return m_dataMax; }
     float GetDisplayMin() const { return m_displayMin; }
@@ -33,7 +37,7 @@ public:
     void SetDisplayMin(float value) { m_displayMin = value; }
     void SetDisplayMax(float value) { m_displayMax = value; }
 
-    /// How the shown range is drawn; any value is kept.
+    /// Whether values outside the shown range are left out, the colours over it, and how much shines through.
     bool GetClipOutsideRange() const { return m_clipOutsideRange; }
     void SetClipOutsideRange(bool clip) { m_clipOutsideRange = clip; }
     Orrin::ColorArray& GetColors() { return m_colors; }
@@ -45,6 +49,8 @@ public:
     std::vector<bool>& GetTransferFunction() { return m_transferFunction; }
     std::vector<bool> const& GetTransferFunction() const { return m_transferFunction; }
 
+    /// Copies the transfer function.
+    ///
     /// \throws CMemoryException if there is no room for the copy.
     void SetTransferFunction(std::vector<bool> const& transferFunction)
     {

@@ -1,10 +1,14 @@
 #ifndef VORLANE_PLATFORM_ORRIN_COLOR_H
 #define VORLANE_PLATFORM_ORRIN_COLOR_H
 
+/// \file
+/// Colours.
+
 #include "platform/Export.h"
 
 #include <cstdint>
 
+/// Colours, arrays, fonts and the conversion of text between narrow and wide.
 namespace Orrin {
 
 /// A colour in one 32-bit packed value. From the low byte up: red, green, blue, alpha; an alpha of 255 is
@@ -26,7 +30,7 @@ public:
     std::uint32_t GetPacked() const { return m_packed; }
     void SetPacked(std::uint32_t packed) { m_packed = packed; }
 
-    /// One byte of the packed value.
+    /// One byte of the packed value: 0 for none of it, 255 for all.
     std::uint8_t GetRed() const { return Byte(0); }
     std::uint8_t GetGreen() const { return Byte(8); }
     std::uint8_t GetBlue() const { return Byte(16); }

@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_ORRIN_COLORARRAY_H
 #define VORLANE_PLATFORM_ORRIN_COLORARRAY_H
 
+/// \file
+/// Named rows of colours.
+
 #include "platform/orrin/Color.h"
 #include "platform/orrin/LegacyArray.h"
 
@@ -20,7 +23,7 @@ public:
     /// The same with a name; a null pointer gives an empty one.
     ColorArray(char const* name, int size, int growBy);
 
-    /// Copies hold the colours and the name.
+    /// Copies and moves take the colours and the name; a failed assignment leaves the array as it was.
     ColorArray(ColorArray const& other);
     ColorArray(ColorArray&&) noexcept = default;
     ColorArray& operator=(ColorArray const& other);

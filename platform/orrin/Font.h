@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_ORRIN_FONT_H
 #define VORLANE_PLATFORM_ORRIN_FONT_H
 
+/// \file
+/// The font of a graphics primitive.
+
 #include "platform/Export.h"
 
 #include <string>
@@ -15,7 +18,7 @@ public:
     /// The default font.
     Font() : Font(DefaultFont()) {}
 
-    /// This face in this size; nothing is checked.
+    /// Takes both as they are.
     Font(std::wstring face, int size) : m_face(std::move(face)), m_size(size) {}
 
     Font(Font const&) = default;
@@ -25,7 +28,7 @@ public:
     /// "Arial" in size 12.
     static Font DefaultFont();
 
-    /// The name of the face and the size; any value is kept.
+    /// The name of the face, such as "Arial", and the size; neither is tested.
     std::wstring GetFace() const { return m_face; }
     void SetFace(std::wstring const& face) { m_face = face; }
     int GetSize() const { return m_size; }

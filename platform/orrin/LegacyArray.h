@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_ORRIN_LEGACYARRAY_H
 #define VORLANE_PLATFORM_ORRIN_LEGACYARRAY_H
 
+/// \file
+/// The array that the value types share.
+
 #include "platform/Export.h"
 #include "platform/framework/AfxExceptions.h"
 
@@ -37,30 +40,21 @@ class VORLANE_PLATFORM_EXPORT LegacyArray
 public:
     LegacyArray() = default;
 
-    /// Copies hold the entries.
-    ///
-    /// \throws CMemoryException if the memory cannot be had; an assignment then leaves the array as it was.
+    /// Copies hold the entries; moves leave an empty array.
     LegacyArray(LegacyArray const& other)
         : m_vector(AfxWithMemoryException([&] { return std::vector<T>(other.m_vector); }))
     {}
-
-    /// Moves leave the source empty.
     LegacyArray(LegacyArray&&) noexcept = default;
-
-    /// As the constructors do.
     LegacyArray& operator=(LegacyArray const& other)
     {
         AfxWithMemoryException([&] { m_vector = other.m_vector; });
         return *this;
     }
-
-    /// As the constructors do.
     LegacyArray& operator=(LegacyArray&&) noexcept = default;
     virtual ~LegacyArray() = default;
 
     /// The number of entries.
     long GetSize() const { return static_cast<long>(m_vector.size()); }
-    /// The number of entries.
     unsigned int size() const { return static_cast<unsigned int>(m_vector.size()); }
 
     /// Gives the array `size` entries, new ones default-constructed. `growBy` has no effect.
@@ -73,20 +67,17 @@ public:
     /// \throws std::length_error "vector<T> too long" if `size` does not fit in 32 bits with a sign.
     void resize(unsigned int size, T const& fill) { ResizeVector(m_vector, size, fill); }
 
-    /// An entry.
+    /// The entry at `index`.
     T& GetAt(long index) { return m_vector[Checked(index)]; }
-    /// An entry of a constant array.
     T const& GetAt(long index) const { return m_vector[Checked(index)]; }
-    /// The same as GetAt.
     T& operator[](long index) { return m_vector[Checked(index)]; }
-    /// The same as GetAt.
     T const& operator[](long index) const { return m_vector[Checked(index)]; }
-    /// Assigns to an entry.
+
+    /// Assigns a copy of `value` to the entry at `index`.
     void SetAt(long index, T const& value) { m_vector[Checked(index)] = value; }
 
     /// The first entry, or null for an empty array, also for one that keeps storage.
     T* GetData() { return m_vector.empty() ? nullptr : m_vector.data(); }
-    /// The same of a constant array.
     T const* GetData() const { return m_vector.empty() ? nullptr : m_vector.data(); }
 
     /// Appends a copy of `value`, which may be an entry of this array.
@@ -106,16 +97,13 @@ public:
         AfxWithMemoryException([&] { m_vector.reserve(capacity); });
     }
 
-    /// Drops all entries.
+    /// Drops all entries and keeps the storage.
     void clear() { m_vector.clear(); }
 
-    /// The entries as a range of the standard library.
+    /// The entries, in their order, for loops and algorithms.
     typename std::vector<T>::iterator begin() { return m_vector.begin(); }
-    /// The end of that range.
     typename std::vector<T>::iterator end() { return m_vector.end(); }
-    /// The entries of a constant array.
     typename std::vector<T>::const_iterator begin() const { return m_vector.begin(); }
-    /// The end of that range.
     typename std::vector<T>::const_iterator end() const { return m_vector.end(); }
 
 private:

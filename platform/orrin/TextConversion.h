@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_ORRIN_TEXTCONVERSION_H
 #define VORLANE_PLATFORM_ORRIN_TEXTCONVERSION_H
 
+/// \file
+/// Between narrow and wide text, character by character and whatever the locale.
+
 #include "platform/Export.h"
 
 #include <string>

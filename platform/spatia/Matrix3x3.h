@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_SPATIA_MATRIX3X3_H
 #define VORLANE_PLATFORM_SPATIA_MATRIX3X3_H
 
+/// \file
+/// Rotations and other linear maps of space.
+
 #include "platform/spatia/Point3d.h"
 
 namespace Spatia {
@@ -12,12 +15,13 @@ public:
     /// Tags for the two constant matrices. They are two types, since both have the value 0.
     enum NullMatrixTag
     {
-        NullMatrix = 0
+        NullMatrix = 0 ///< asks for the matrix of zeros
     };
-    /// The tag of the unit matrix.
+
+    /// The other of the two tags.
     enum IdentityMatrixTag
     {
-        IdentityMatrix = 0
+        IdentityMatrix = 0 ///< asks for the identity
     };
 
     /// All elements 0.

@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_SPATIA_MATRIX4X4_H
 #define VORLANE_PLATFORM_SPATIA_MATRIX4X4_H
 
+/// \file
+/// Projective maps of space.
+
 namespace Spatia {
 
 /// A 4 by 4 matrix of doubles, stored by rows. It acts on row vectors.
@@ -10,7 +13,7 @@ public:
     /// Tag for the matrix of zeros.
     enum NullMatrixTag
     {
-        NullMatrix = 0
+        NullMatrix = 0 ///< asks for the matrix of zeros
     };
 
     /// All elements 0.

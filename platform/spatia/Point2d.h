@@ -1,6 +1,9 @@
 #ifndef VORLANE_PLATFORM_SPATIA_POINT2D_H
 #define VORLANE_PLATFORM_SPATIA_POINT2D_H
 
+/// \file
+/// Points of the plane.
+
 namespace Spatia {
 
 /// A point of the plane: two doubles and nothing else.

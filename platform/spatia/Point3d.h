@@ -1,8 +1,12 @@
 #ifndef VORLANE_PLATFORM_SPATIA_POINT3D_H
 #define VORLANE_PLATFORM_SPATIA_POINT3D_H
 
+/// \file
+/// Points and vectors of space.
+
 #include <cmath>
 
+/// Points, vectors and matrices.
 namespace Spatia {
 
 /// A point or vector of space: three doubles and nothing else, in the caller's unit of length.
@@ -61,7 +65,7 @@ struct Point3d
         return Point3d(y * other.z - z * other.y, z * other.x - x * other.z, x * other.y - y * other.x);
     }
 
-    /// Coordinate by coordinate.
+    /// Subtracts coordinate by coordinate.
     constexpr Point3d& operator-=(Point3d const& other)
     {
         x -= other.x;
@@ -92,16 +96,15 @@ inline constexpr Point3d Point3d::iVector(1.0, 0.0, 0.0);
 inline constexpr Point3d Point3d::jVector(0.0, 1.0, 0.0);
 inline constexpr Point3d Point3d::kVector(0.0, 0.0, 1.0);
 
+/// Sums and differences by coordinates, and the multiple of a vector.
 constexpr Point3d operator+(Point3d const& left, Point3d const& right)
 {
     return Point3d(left.x + right.x, left.y + right.y, left.z + right.z);
 }
-
 constexpr Point3d operator-(Point3d const& left, Point3d const& right)
 {
     return Point3d(left.x - right.x, left.y - right.y, left.z - right.z);
 }
-
 constexpr Point3d operator*(double factor, Point3d const& point)
 {
     return Point3d(factor * point.x, factor * point.y, factor * point.z);

@@ -1,6 +1,9 @@
 #ifndef VORLANE_COLOUR_COLORMAPPARAMETERS_H
 #define VORLANE_COLOUR_COLORMAPPARAMETERS_H
 
+/// \file
+/// Colours for numbers, by a named spectrum over a range.
+
 #include "platform/lumora/ColorMap.h"
 #include "vorlane/Export.h"
 #include "vorlane/foundation/FrameworkSurface.h"
@@ -51,8 +54,7 @@ public:
     virtual void SetSpectrumName(CString const& name);
     virtual CString GetSpectrumName() const;
 
-    /// Whether values outside the range are black. Without it the map decides: it gives them the nearer end
-    /// bin.
+    /// Whether values outside the range are black. Otherwise they get the colour of the nearer end bin.
     virtual void SetClip(bool clip);
     virtual bool GetClip() const;
 
@@ -64,8 +66,7 @@ public:
     virtual void SetMaximum(double maximum);
     virtual double GetMaximum() const;
 
-    /// The switches of the bins, one a bin: their number is the number of bins. The getter makes
-    /// `transferFunction` a copy of them.
+    /// One entry for each bin: whether it is switched on. GetTransferFunction makes its argument a copy.
     virtual void SetTransferFunction(BoolArray const& transferFunction);
     virtual void GetTransferFunction(BoolArray& transferFunction) const;
 

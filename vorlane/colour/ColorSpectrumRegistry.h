@@ -1,6 +1,9 @@
 #ifndef VORLANE_COLOUR_COLORSPECTRUMREGISTRY_H
 #define VORLANE_COLOUR_COLORSPECTRUMREGISTRY_H
 
+/// \file
+/// The spectra that are known by name.
+
 #include "vorlane/Export.h"
 #include "vorlane/colour/CustomColorSpectrum.h"
 #include "vorlane/colour/NamedColorArrays.h"

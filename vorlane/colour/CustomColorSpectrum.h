@@ -1,6 +1,9 @@
 #ifndef VORLANE_COLOUR_CUSTOMCOLORSPECTRUM_H
 #define VORLANE_COLOUR_CUSTOMCOLORSPECTRUM_H
 
+/// \file
+/// Rows of colours that a user defines in part and the library completes.
+
 #include "vorlane/Export.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 #include "vorlane/foundation/ValueTypes.h"
@@ -26,7 +29,8 @@ public:
     /// Nothing is defined. A size below 2 gives 2 and one above 128 gives 128. The name ends at a zero byte.
     CustomColorSpectrum(CString const& name, int size, bool editable);
 
-    /// Copies hold the name, the colours, which of them are defined, and whether the spectrum is editable.
+    /// Copies hold the name, the colours, which of them are defined, and whether the spectrum is editable. A
+    /// failed assignment leaves the target as it was.
     CustomColorSpectrum(CustomColorSpectrum const& other);
     void operator=(CustomColorSpectrum const& other);
     ~CustomColorSpectrum() override;

@@ -32,13 +32,9 @@ VORLANE_EXPORT Orrin::ColorArray Rainbow2ReversedColorArray();
 /// registered spectra.
 VORLANE_EXPORT Orrin::ColorArray NamedColorArray(CString const& name);
 
-/// \name The archive form
-/// The archive's mode decides between storing and loading, with the operators too: `<<` on a loading archive
-/// changes its colour. The only exceptions are those of the archive, of memory and of a size past 32 bits.
-/// @{
-
-/// Stores or loads the packed value of a colour, 4 bytes. Below schema number 22 a loaded alpha of 0 becomes
-/// 255.
+/// Stores or loads the packed value of a colour, 4 bytes. A loaded alpha of 0 becomes 255 below schema number
+/// 22. The archive's mode decides, with the operators too: `<<` on a loading archive changes its colour. The
+/// only exceptions are those of the archive.
 VORLANE_EXPORT void SerializeColor(CArchive& ar, Orrin::Color& color);
 VORLANE_EXPORT CArchive& operator>>(CArchive& ar, Orrin::Color& color);
 VORLANE_EXPORT CArchive& operator<<(CArchive& ar, Orrin::Color const& color);
@@ -48,8 +44,8 @@ VORLANE_EXPORT CArchive& operator<<(CArchive& ar, Orrin::Color const& color);
 /// far are in the array, and its name is the old one.
 ///
 /// \throws std::length_error "vector<T> too long" for a stored count past 0x7FFFFFFF.
+/// \throws CMemoryException if the memory cannot be had.
 VORLANE_EXPORT void SerializeColorArray(CArchive& ar, Orrin::ColorArray& array);
-/// @}
 
 } // namespace Vorlane
 

@@ -91,11 +91,14 @@ class VORLANE_EXPORT AnisotropicDisplacement::Array
     : public CArray<AnisotropicDisplacement, AnisotropicDisplacement const&>
 {
 public:
+    /// Empty.
     Array() = default;
 
     /// `size` elements and the growth argument `growBy`, at least 1. A `size` below 1 gives an empty array
     /// and leaves the growth argument at 0.
     Array(int size, int growBy);
+
+    /// A copy of the elements; the growth argument is 0.
     Array(Array const& other);
     ~Array() override;
 

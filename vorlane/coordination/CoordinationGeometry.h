@@ -20,39 +20,40 @@ namespace Vorlane {
 /// polyhedron the code of that polyhedron ("a2tp3" is the angle of two sites of the trigonal plane "tp3").
 enum CoordinationGeometryType : int
 {
-    unknownGeometry = 0, ///< no geometry: the result of a failed look-up
-    linear = 1,
-    angular = 2, ///< at the angle of the tetrahedron
-    a2tp3 = 3,   ///< angular, at the angle of the trigonal plane
-    a2sp4 = 4,   ///< angular, at the angle of the square plane
-    trigonalPlanar = 5,
-    trigonalPyramidal = 6, ///< at the angles of the tetrahedron
-    tpy3tbpy5 = 7,         ///< trigonal pyramid cut from the trigonal bipyramid
-    tpy3oc6 = 8,           ///< trigonal pyramid cut from the octahedron
-    tShaped = 9,
-    tetrahedral = 10,
-    squarePlanar = 11,
-    squarePyramidal = 12, ///< four ligands: the base of a square pyramid with the metal above it
-    trigonalPlanarPyramidal = 13,
-    seeSaw = 14,   ///< cut from the octahedron
-    ss4tbpy5 = 15, ///< see-saw cut from the trigonal bipyramid
-    trigonalBipyramidal = 16,
-    squarePlanarPyramidal = 17, ///< five ligands: a square pyramid with the metal in its base
-    octahedral = 18,
-    trigonalPrismatic = 19,
-    trigonalAntiprismatic = 20, ///< the octahedron, seen along a three-fold axis
-    trigonalAntiprismaticStretched = 21,
-    pentagonalPlanarPyramidal = 22,
-    pentagonalBipyramidal = 23,
-    octahedralFaceMonocapped = 24,
-    trigonalPrismaticSquareFaceMonocapped = 25,
-    cubic = 26,
-    squareAntiprismatic = 27,
-    dodecahedral = 28,
-    hexagonalBipyramidal = 29,
-    heptagonalBipyramidal = 30 ///< has a name and nine ligands, but no ideal sites
+    unknownGeometry = 0,          ///< no geometry: the result of a failed look-up
+    linear = 1,                   ///< two ligands, opposite
+    angular = 2,                  ///< at the angle of the tetrahedron
+    a2tp3 = 3,                    ///< angular, at the angle of the trigonal plane
+    a2sp4 = 4,                    ///< angular, at the angle of the square plane
+    trigonalPlanar = 5,           ///< three ligands at 120 degrees
+    trigonalPyramidal = 6,        ///< at the angles of the tetrahedron
+    tpy3tbpy5 = 7,                ///< trigonal pyramid cut from the trigonal bipyramid
+    tpy3oc6 = 8,                  ///< trigonal pyramid cut from the octahedron
+    tShaped = 9,                  ///< three ligands: three corners of the square plane
+    tetrahedral = 10,             ///< four ligands
+    squarePlanar = 11,            ///< four ligands, the metal in their midst
+    squarePyramidal = 12,         ///< four ligands: the base of a square pyramid with the metal above it
+    trigonalPlanarPyramidal = 13, ///< four ligands: a trigonal pyramid with the metal in its base
+    seeSaw = 14,                  ///< cut from the octahedron
+    ss4tbpy5 = 15,                ///< see-saw cut from the trigonal bipyramid
+    trigonalBipyramidal = 16,     ///< five ligands
+    squarePlanarPyramidal = 17,   ///< five ligands: a square pyramid with the metal in its base
+    octahedral = 18,              ///< six ligands
+    trigonalPrismatic = 19,       ///< six ligands
+    trigonalAntiprismatic = 20,   ///< the octahedron, seen along a three-fold axis
+    trigonalAntiprismaticStretched = 21, ///< six ligands, drawn out along the three-fold axis
+    pentagonalPlanarPyramidal = 22,      ///< six ligands: a pentagonal pyramid with the metal in its base
+    pentagonalBipyramidal = 23,          ///< seven ligands
+    octahedralFaceMonocapped = 24,       ///< seven ligands: the octahedron with one face capped
+    trigonalPrismaticSquareFaceMonocapped = 25, ///< seven ligands: the prism with one square capped
+    cubic = 26,                                 ///< eight ligands
+    squareAntiprismatic = 27,                   ///< eight ligands
+    dodecahedral = 28,                          ///< eight ligands: a dodecahedron of triangles
+    hexagonalBipyramidal = 29,                  ///< eight ligands
+    heptagonalBipyramidal = 30                  ///< has a name and nine ligands, but no ideal sites
 };
 
+/// What the geometries are, and how far a measured environment lies from one.
 namespace CoordinationGeometry {
 
 /// The number of ligands of a geometry, 2 to 9; 0 for `unknownGeometry` and any number that is no geometry.

@@ -25,13 +25,13 @@ namespace Vorlane {
 class VORLANE_EXPORT Spline
 {
 public:
-    /// The bases of the curves.
+    /// The basis of GetCubicSpline. GetHermiteSpline makes the same curve whatever the type.
     enum SplineType : int
     {
-        Beta = 0,
-        Cardinal = 1,
-        Bspline = 2,
-        Hermite = 3
+        Beta = 0,     ///< with tension and bias
+        Cardinal = 1, ///< through the control points, with tension
+        Bspline = 2,  ///< the uniform B-spline
+        Hermite = 3   ///< none: GetCubicSpline then follows whatever basis is cached
     };
 
     /// A curve of 6 points per segment, bias 0.0 and tension 1.0; `Cardinal` has tension 0.5. If `type` is

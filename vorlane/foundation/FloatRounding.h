@@ -1,6 +1,9 @@
 #ifndef VORLANE_FOUNDATION_FLOATROUNDING_H
 #define VORLANE_FOUNDATION_FLOATROUNDING_H
 
+/// \file
+/// From double to float, for every double.
+
 #include <cmath>
 #include <limits>
 

@@ -47,6 +47,7 @@ private:
 class VORLANE_EXPORT ExitFunctionList
 {
 public:
+    /// Without functions.
     ExitFunctionList();
     virtual ~ExitFunctionList();
 
@@ -76,6 +77,7 @@ public:
         interrupted = 2 ///< somebody asks the work to stop
     };
 
+    /// With the status `running`.
     Feedback() = default;
     virtual ~Feedback();
 
@@ -84,7 +86,7 @@ public:
     virtual void Start(int extent);
     virtual void Update(int position, int extent);
 
-    /// `running` in a new object. Any status may be set at any time.
+    /// The status, which may change from any to any other.
     Status GetStatus() const { return m_status; }
     void SetStatus(Status status) { m_status = status; }
 
@@ -105,7 +107,7 @@ public:
     /// Value 0 and this step. (The assignment from a number sets the value instead.)
     explicit Counter(unsigned long step);
 
-    /// This value and this step, both modulo 2^32.
+    /// This value and this step.
     Counter(unsigned long value, unsigned long step);
 
     /// Copies value and step.
@@ -138,8 +140,10 @@ public:
     /// Adds the step and gives a copy, with the step, from before.
     Counter operator++(int);
 
-    /// Sets the value, modulo 2^32, and leaves the step.
+    /// Sets the value; the step stays.
     void Reset(unsigned long value) { m_value = static_cast<std::uint32_t>(value); }
+
+    /// Sets the value to 0; the step stays.
     void Zero() { m_value = 0; }
 
 private:

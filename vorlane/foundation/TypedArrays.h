@@ -14,11 +14,14 @@ namespace Vorlane {
 class VORLANE_EXPORT BoolArray : public CArray<bool, bool>
 {
 public:
+    /// Empty.
     BoolArray() = default;
 
     /// `size` elements, all false, and the growth argument `growBy`, at least 1. A `size` below 1 gives an
     /// empty array and leaves the growth argument at 0.
     BoolArray(int size, int growBy);
+
+    /// A copy of the elements; the growth argument is 0.
     BoolArray(BoolArray const& other);
     ~BoolArray() override;
 
@@ -30,11 +33,14 @@ public:
 class VORLANE_EXPORT IntArray : public CArray<int, int>
 {
 public:
+    /// Empty.
     IntArray() = default;
 
     /// `size` elements, all 0, and the growth argument `growBy`, at least 1. A `size` below 1 gives an empty
     /// array and leaves the growth argument at 0.
     IntArray(int size, int growBy);
+
+    /// A copy of the elements; the growth argument is 0.
     IntArray(IntArray const& other);
     ~IntArray() override;
 
@@ -46,11 +52,14 @@ public:
 class VORLANE_EXPORT DoubleArray : public CArray<double, double>
 {
 public:
+    /// Empty.
     DoubleArray() = default;
 
     /// `size` elements, all 0, and the growth argument `growBy`, at least 1. A `size` below 1 gives an empty
     /// array and leaves the growth argument at 0.
     DoubleArray(int size, int growBy);
+
+    /// A copy of the elements; the growth argument is 0.
     DoubleArray(DoubleArray const& other);
     ~DoubleArray() override;
 

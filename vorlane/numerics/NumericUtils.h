@@ -1,8 +1,12 @@
 #ifndef VORLANE_NUMERICS_NUMERICUTILS_H
 #define VORLANE_NUMERICS_NUMERICUTILS_H
 
+/// \file
+/// Rounding to whole numbers.
+
 #include "vorlane/Export.h"
 
+/// Functions of single numbers.
 namespace Vorlane::NumericUtils {
 
 /// `value` rounded to a whole number, a tie to the even neighbour: 0.5 gives 0, 1.5 gives 2, -2.5 gives -2.

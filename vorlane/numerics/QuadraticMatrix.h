@@ -23,8 +23,8 @@ public:
     /// The order in which eigenvalues are sorted. Whatever is not `Ascending` counts as descending.
     enum EigenvalueSortOrder : int
     {
-        Ascending = 1,
-        Descending = 2
+        Ascending = 1, ///< the smallest first
+        Descending = 2 ///< the largest first
     };
 
     /// The empty matrix: dimension 0, no storage, nothing allocated.

@@ -8,6 +8,7 @@
 #include "vorlane/Export.h"
 #include "vorlane/foundation/ValueTypes.h"
 
+/// Planes through points and motions of one set onto another, by least squares.
 namespace Vorlane::RMSBestFitTools {
 
 /// Finds the plane with the least sum of squared distances from `points`.

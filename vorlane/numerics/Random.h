@@ -14,7 +14,9 @@
 
 namespace Vorlane {
 
-/// A linear congruential generator on 32 bits. Seeds are taken modulo 2 to the power of 32.
+/// A linear congruential generator on 32 bits: the seed s is followed by 1103515245 s + 12345, whose bits 16
+/// to 30 are the number drawn, as in the example of `rand` in the C standard. Seeds are taken modulo 2 to the
+/// power of 32.
 ///
 /// The stream follows from the next seed alone: setting it to a value read earlier replays the stream from
 /// there.

@@ -61,7 +61,7 @@ public:
     Rational operator+() const { return Rational(m_numerator, m_denominator); }
     Rational operator-() const;
 
-    /// Arithmetic as with the free operators below.
+    /// Forms the sum, the difference or the product in 32 bits and stores it in lowest terms.
     Rational& operator+=(Rational const& other);
     Rational& operator-=(Rational const& other);
     Rational& operator*=(Rational const& other);
@@ -76,7 +76,7 @@ private:
     std::int16_t m_denominator = 1;
 };
 
-/// The sum, difference, product or quotient.
+/// A new fraction, as the assignments above form it.
 VORLANE_EXPORT Rational operator+(Rational const& a, Rational const& b);
 VORLANE_EXPORT Rational operator-(Rational const& a, Rational const& b);
 VORLANE_EXPORT Rational operator*(Rational const& a, Rational const& b);

@@ -43,13 +43,13 @@ namespace Vorlane {
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::Vertex& vertex);
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::VertexNormal& vertex);
 
-/// The word that every primitive starts with.
+/// The word that every primitive but PlanePrimitive starts with.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::GraphicsPrimitive& primitive);
 
 /// `litWord2` is loaded at schema numbers from 7 to 0x7FFFFFFF.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::LitPrimitive& primitive);
 
-/// The same fields at every schema number, apart from those of the base.
+/// Nothing of their own depends on the schema number.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::SpherePrimitive& sphere);
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::EllipsoidPrimitive& ellipsoid);
 
@@ -87,11 +87,11 @@ VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::UnlitLinePrimitive& line);
 /// number 13 on, in both directions.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::LineArrayPrimitive& lines);
 
-/// The same fields at every schema number.
+/// Nothing of their own depends on the schema number.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::ArcPrimitive& arc);
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::UnlitTrianglePrimitive& triangle);
 
-/// The same fields at every schema number.
+/// Nothing of their own depends on the schema number.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::UnlitShapePrimitive& shape);
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::RectanglePrimitive& rectangle);
 
@@ -109,7 +109,7 @@ VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::TextBoxPrimitive& box);
 /// The two locations are set once both are read.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::TextCalloutPrimitive& callout);
 
-/// Three indices, at every schema number.
+/// Three indexes of 4 bytes each, at every schema number.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::TriangleIndex& triangle);
 
 /// The geometry is replaced once all triangles and vertices are read. `meshFlag1` is loaded at schema numbers
@@ -121,6 +121,8 @@ VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::VolumePrimitive& volume);
 
 /// Loaded at schema numbers from 7 to 0x7FFFFFFF; at others a load reads nothing.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::LightSource& light);
+
+/// Six properties, at every schema number.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::MaterialProperty& material);
 
 /// A load takes the fields that archives of its schema number have: the background colour always, most from 7

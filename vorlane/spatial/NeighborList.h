@@ -27,6 +27,9 @@ class VoxelStore;
 /// All distances are compared as squares and strictly: points exactly a cutoff apart are not a pair.
 ///
 /// Memory: at most 64 bytes a point and 64 bytes a voxel, and 16 kilobytes.
+///
+/// Source: B. Quentrec and C. Brot, "New method for searching for neighbors in molecular dynamics
+/// computations", Journal of Computational Physics 13 (1973).
 class VORLANE_EXPORT NeighborList
 {
 public:

@@ -1,6 +1,9 @@
 #ifndef VORLANE_TEXT_FONT_H
 #define VORLANE_TEXT_FONT_H
 
+/// \file
+/// The font of a user interface.
+
 #include "vorlane/Export.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 
@@ -25,7 +28,7 @@ public:
     CString GetFace() const { return m_face; }
     void SetFace(CString face);
 
-    /// The size; any number is kept.
+    /// The size; 0 or negative only from a constructor or an archive.
     int GetSize() const { return m_size; }
 
     /// Ignores a size of 0 or below.

@@ -28,9 +28,8 @@ public:
     Pattern& operator=(Pattern const&) = default;
     virtual ~Pattern();
 
-    /// Match with the `exactMatch` of the constructor.
+    /// Whether `text` passes, or does not: Match with the `exactMatch` of the constructor.
     bool operator==(T const& text) { return Match(text, m_exactMatch); }
-    /// Whether that is false.
     bool operator!=(T const& text) { return !(*this == text); }
 
     /// A copy on the heap, which belongs to the caller.
@@ -64,6 +63,9 @@ extern template class Pattern<CString>;
 /// search takes time linear in the length of the text, whatever the expression. The tables of a search grow
 /// with what it meets, to some 14 MB, or to more for an expression of thousands of characters, and stay with
 /// the object until it is assigned to or destroyed.
+///
+/// A search follows all ways to match at once: K. Thompson, "Regular expression search algorithm",
+/// Communications of the ACM 11 (1968).
 class VORLANE_EXPORT RegExpression : public Pattern<CString>
 {
 public:
@@ -120,6 +122,7 @@ public:
     /// that from 0 to 1. The text splits at its first '-' that is neither its first character nor, if none
     /// stands before it, its last; numbers are read as Match reads them. Nothing is validated.
     explicit RegNumber(CString const& text);
+
     RegNumber(RegNumber const&) = default;
     RegNumber& operator=(RegNumber const&) = default;
     ~RegNumber() override;

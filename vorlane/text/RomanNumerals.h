@@ -10,6 +10,7 @@
 
 #include <string>
 
+/// Numerals as text. The functions are reached as `Vorlane::RomanNumerals`, too.
 namespace RomanNumerals {
 
 /// Reads a numeral in capitals, with a `-` in front for a negative number. The symbols M, CM, D, CD, C, XC,

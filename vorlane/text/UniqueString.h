@@ -41,17 +41,18 @@ private:
 /// their bytes are.
 ///
 /// Making a handle from a text takes constant time on average, whatever the number of texts; a new text is
-/// copied. A null pointer counts as an empty text, and a CString counts up to its first zero byte.
+/// copied. A null pointer counts as an empty text, and a CString counts up to its first zero byte. Where
+/// memory is short, CMemoryException is raised and an assignment leaves the handle as it was.
 class VORLANE_EXPORT UniqueString
 {
 public:
-    /// A handle on this text, which is added to the table if it is new.
+    /// A handle on a text, which stays in the table whatever becomes of the handle.
     UniqueString(char const* text) { Add(text); }
     UniqueString(CString const& text) { Add(text); }
     UniqueString(UniqueString const&) = default;
-    ~UniqueString() = default; // the text stays in the table
+    ~UniqueString() = default;
 
-    /// Makes this a handle on another text.
+    /// Makes this a handle on another text; the one before stays in the table.
     UniqueString& operator=(char const* text)
     {
         Add(text);
