@@ -1,7 +1,8 @@
 // Code and output shown in documents are those of programs that the tests build and run.
 //
-// A block of a document that follows a line <!-- file: PATH --> must be that file, and one that follows
-// <!-- output: NAME --> must be what the example program of that name prints.
+// A block of a document that follows a line <!-- file: PATH --> must be that file, one that follows
+// <!-- part of: PATH --> must stand in it, and one that follows <!-- output: NAME --> must be what the
+// example program of that name prints. C++ without such a line is not allowed.
 
 #include "gtest/gtest.h"
 
@@ -39,6 +40,11 @@ std::string OutputOf(fs::path const& program)
     return output;
 }
 
+std::string Unindented(std::string const& text)
+{
+    return std::regex_replace(text, std::regex("\n +"), "\n");
+}
+
 std::vector<fs::path> Documents()
 {
     std::vector<fs::path> documents;
@@ -56,14 +62,22 @@ std::vector<fs::path> Documents()
 
 TEST(DocumentedCodeTest, BlocksAreTheFilesAndOutputsThatTheyName)
 {
-    std::regex const block("<!-- (file|output): ([^ ]+) -->\n+```[a-z]*\n([^`]*)```");
+    std::regex const block("<!-- (file|part of|output): ([^ ]+) -->\n+```[a-z]*\n([^`]*)```");
     int blocks = 0;
     for (fs::path const& document : Documents()) {
         std::string const text = ReadFile(document);
+        EXPECT_FALSE(std::regex_search(text, std::regex("[^>\n]\n+```cpp")))
+            << document << " shows code of no file";
         for (std::sregex_iterator match(text.begin(), text.end(), block), end; match != end;
              ++match, ++blocks) {
             std::string const kind = (*match)[1];
             std::string const name = (*match)[2];
+            if (kind == "part of") {
+                std::string const part = Unindented("\n" + (*match).str(3));
+                EXPECT_NE(Unindented(ReadFile(root / name)).find(part), std::string::npos)
+                    << document << " shows no part of " << name;
+                continue;
+            }
             std::string const expected =
                 kind == "file" ? ReadFile(root / name) : OutputOf(fs::path(VORLANE_EXAMPLES_DIR) / name);
             EXPECT_EQ((*match)[3], expected) << document << " shows " << kind << " " << name;
