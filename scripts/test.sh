@@ -17,6 +17,7 @@ need_command git git
 need_command clang++ clang
 need_command clang-format clang-format
 need_command doxygen doxygen
+need_command python3 python3
 need_command gdb gdb
 need_command pkg-config pkg-config
 need_command valgrind valgrind

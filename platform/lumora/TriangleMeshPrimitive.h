@@ -46,9 +46,13 @@ public:
     int GetNumTriangles() const { return static_cast<int>(m_triangles.size()); }
     int GetNumVertices() const { return static_cast<int>(m_vertices.size()); }
 
+    /// One of the triangles.
+    ///
     /// \throws CInvalidArgException if `index` is outside 0 to the number of triangles minus 1.
     TriangleIndex const& GetTriangleAt(int index) const { return Entry(m_triangles, index); }
 
+    /// One of the vertices.
+    ///
     /// \throws CInvalidArgException if `index` is outside 0 to the number of vertices minus 1.
     VertexNormal const& GetVertexAt(int index) const { return Entry(m_vertices, index); }
 

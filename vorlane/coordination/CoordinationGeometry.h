@@ -78,7 +78,7 @@ public:
 class VORLANE_EXPORT A2GeometryConstraint : public GeometryConstraint
 {
 public:
-    /// \param angle  between the sites 1 and 2; stored as it is.
+    /// The angle between the sites 1 and 2; stored as it is.
     explicit A2GeometryConstraint(double angle);
 
     double GetAngleConstraint(int site1, int site2) const override;
@@ -106,7 +106,7 @@ private:
 class VORLANE_EXPORT SS4GeometryConstraint : public GeometryConstraint
 {
 public:
-    /// \param angle  between the sites 3 and 4; stored as it is.
+    /// The angle between the sites 3 and 4; stored as it is.
     explicit SS4GeometryConstraint(double angle);
 
     double GetAngleConstraint(int site1, int site2) const override;
