@@ -160,7 +160,7 @@ TEST(RegExpression, SurvivesFailedAllocations)
     auto const checkOriginal = [&] {
         EXPECT_EQ(expression->GetSubstringCount(), 5);
     };
-    EXPECT_GT(VorlaneTest::ForEachFailedAllocation([] {}, copy, checkOriginal), 1);
+    EXPECT_GT(VorlaneTest::ForEachFailedAllocation([] {}, copy, checkOriginal), 0);
 }
 
 TEST(RegExpression, TellsExpressionsByTheirCharacters)

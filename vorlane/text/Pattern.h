@@ -108,10 +108,11 @@ private:
     void StoreSubstrings(char const* text);
 
     CString m_expression;
-    CStringArray m_substrings; ///< keeps its storage from match to match, so it may be longer than the list
+    CString m_match; ///< a copy of what the last Match found; the groups lie in it
     CompiledExpression* m_compiled = nullptr;
     int m_substringCount = 0;
-    int m_substringStarts[10] = {};
+    int m_substringStarts[10] = {}; ///< in the text of the last Match
+    int m_substringLengths[10] = {};
 };
 
 /// A range of 32-bit integers, both ends included.

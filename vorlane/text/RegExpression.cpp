@@ -9,12 +9,12 @@
 namespace Vorlane {
 namespace {
 
-/// Up to this length a substring is written into the storage of the one before it.
-constexpr int shortSubstring = 256;
+/// Up to this length a match is written into the storage of the one before it.
+constexpr int shortMatch = 256;
 
 void Assign(CString& target, char const* begin, int length)
 {
-    if (length > shortSubstring || target.GetLength() > shortSubstring) {
+    if (length > shortMatch || target.GetLength() > shortMatch) {
         target = CString(begin, length);
         return;
     }
@@ -53,9 +53,10 @@ RegExpression& RegExpression::operator=(RegExpression const& other)
 void RegExpression::CopySubstrings(RegExpression const& other)
 {
     m_substringCount = 0;
-    m_substrings.Copy(other.m_substrings);
+    m_match = other.m_match;
     m_substringCount = other.m_substringCount;
     std::copy(std::begin(other.m_substringStarts), std::end(other.m_substringStarts), m_substringStarts);
+    std::copy(std::begin(other.m_substringLengths), std::end(other.m_substringLengths), m_substringLengths);
 }
 
 RegExpression::~RegExpression()
@@ -91,22 +92,24 @@ bool RegExpression::Match(CString const& text, bool exact)
 void RegExpression::StoreSubstrings(char const* text)
 {
     int count = 0;
-    while (count < groupSlots && m_compiled->m_groupStart[count] != nullptr &&
-           m_compiled->m_groupStart[count] < m_compiled->m_groupEnd[count])
-        ++count;
-    if (m_substrings.GetSize() < count)
-        m_substrings.SetSize(count, -1);
-    for (int i = 0; i < count; ++i) {
-        char const* const begin = m_compiled->m_groupStart[i];
-        m_substringStarts[i] = static_cast<int>(begin - text);
-        Assign(m_substrings[i], begin, static_cast<int>(m_compiled->m_groupEnd[i] - begin));
+    for (; count < groupSlots; ++count) {
+        char const* const begin = m_compiled->m_groupStart[count];
+        char const* const end = m_compiled->m_groupEnd[count];
+        if (begin == nullptr || begin >= end)
+            break;
+        m_substringStarts[count] = static_cast<int>(begin - text);
+        m_substringLengths[count] = static_cast<int>(end - begin);
     }
+    if (count > 0)
+        Assign(m_match, m_compiled->m_groupStart[0], m_substringLengths[0]);
     m_substringCount = count;
 }
 
 CString RegExpression::GetSubstring(int index) const
 {
-    return index >= 0 && index < m_substringCount ? m_substrings[index] : CString();
+    return index >= 0 && index < m_substringCount
+               ? m_match.Mid(m_substringStarts[index] - m_substringStarts[0], m_substringLengths[index])
+               : CString();
 }
 
 int RegExpression::GetSubstringStart(int index) const

@@ -444,7 +444,7 @@ BackwardAutomaton::Way BackwardAutomaton::MakeWay(std::uint32_t bounds, Instruct
     Way way;
     way.next = next;
     way.isKnown = true;
-    way.bounds.fill(unusedBound);
+    way.bounds.fill(unusedGroupBound);
     for (unsigned char& bound : way.bounds) {
         if (bounds == 0)
             break;
@@ -492,7 +492,7 @@ BackwardAutomaton::Way BackwardAutomaton::FindWay(Entry row, InstructionIndex fr
 
 /// One step of the walk, at a position whose state is known.
 InstructionIndex BackwardAutomaton::Walk(Entry row, InstructionIndex from, char const* begin, char const* at,
-                                         Bounds& bounds)
+                                         GroupBounds& bounds)
 {
     Way way;
     std::size_t const place = m_table.NumberOf(row) * m_program.instructions.size() + from;
@@ -516,7 +516,7 @@ InstructionIndex BackwardAutomaton::Walk(Entry row, InstructionIndex from, char 
 /// Notes the states at [low, high), given that at `high`, and walks over them from `index`; gives where the
 /// walk stands at `high`.
 InstructionIndex BackwardAutomaton::WalkStretch(Entry row, InstructionIndex index, char const* begin,
-                                                char const* low, char const* high, Bounds& bounds)
+                                                char const* low, char const* high, GroupBounds& bounds)
 {
     auto const length = static_cast<std::size_t>(high - low);
     if (m_trail.size() < length)
@@ -535,7 +535,7 @@ InstructionIndex BackwardAutomaton::WalkStretch(Entry row, InstructionIndex inde
 /// A long match is walked in stretches. Their borders are visited once from right to left, where the items of
 /// each border's state are kept, and then the stretches are walked from left to right.
 InstructionIndex BackwardAutomaton::WalkInStretches(Entry row, char const* begin, char const* matchBegin,
-                                                    char const* matchEnd, Bounds& bounds)
+                                                    char const* matchEnd, GroupBounds& bounds)
 {
     std::ptrdiff_t const length = matchEnd - matchBegin;
     auto const root = static_cast<std::ptrdiff_t>(std::sqrt(static_cast<double>(length)));
@@ -570,12 +570,9 @@ InstructionIndex BackwardAutomaton::WalkInStretches(Entry row, char const* begin
 }
 
 void BackwardAutomaton::FindGroups(char const* begin, char const* matchBegin, char const* matchEnd,
-                                   CompiledExpression& slots)
+                                   GroupBounds& bounds)
 {
-    Bounds bounds;
-    auto const groupCount = static_cast<std::size_t>(m_program.groupCount);
-    for (std::size_t i = 0; i < 2 * groupCount; ++i)
-        bounds[i] = nullptr;
+    std::fill_n(bounds.begin(), 2 * m_program.groupCount, nullptr);
     Neighbour const right = m_program.NeighbourOf(Byte(*matchEnd));
     Entry const row = StartRow(right);
     InstructionIndex const index =
@@ -583,10 +580,6 @@ void BackwardAutomaton::FindGroups(char const* begin, char const* matchBegin, ch
             ? WalkStretch(row, m_program.start, begin, matchBegin, matchEnd, bounds)
             : WalkInStretches(row, begin, matchBegin, matchEnd, bounds);
     Walk(StartRow(right), index, begin, matchEnd, bounds);
-    for (std::size_t group = 1; group <= groupCount; ++group) {
-        slots.m_groupStart[group] = bounds[2 * group - 2];
-        slots.m_groupEnd[group] = bounds[2 * group - 1];
-    }
 }
 
 } // namespace Vorlane

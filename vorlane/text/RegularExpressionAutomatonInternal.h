@@ -133,9 +133,8 @@ public:
     /// where the search found that no other begins further left, or `low`.
     char const* FindBegin(char const* begin, char const* low, char const* matchEnd, char const*& last);
 
-    /// Fills the bounds of the groups for the match [matchBegin, matchEnd).
-    void FindGroups(char const* begin, char const* matchBegin, char const* matchEnd,
-                    CompiledExpression& slots);
+    /// Sets the bounds of the groups of the match [matchBegin, matchEnd).
+    void FindGroups(char const* begin, char const* matchBegin, char const* matchEnd, GroupBounds& bounds);
 
 private:
     using Entry = StateTable::Entry;
@@ -151,9 +150,6 @@ private:
     }
     void MarkSources(StateTable::State const& state, Neighbour left);
     Neighbour LeftOf(char const* begin, char const* at) const;
-    static constexpr std::size_t unusedBound = 2 * (groupSlots - 1);
-    using Bounds = std::array<char const*, unusedBound + 1>;
-
     /// What a walk does at one position: the bounds that it passes there, and the instruction that stands
     /// behind the character.
     struct Way
@@ -164,11 +160,11 @@ private:
         bool isKnown = false;
     };
     InstructionIndex Walk(Entry row, InstructionIndex from, char const* begin, char const* at,
-                          Bounds& bounds);
+                          GroupBounds& bounds);
     InstructionIndex WalkStretch(Entry row, InstructionIndex index, char const* begin, char const* low,
-                                 char const* high, Bounds& bounds);
+                                 char const* high, GroupBounds& bounds);
     InstructionIndex WalkInStretches(Entry row, char const* begin, char const* matchBegin,
-                                     char const* matchEnd, Bounds& bounds);
+                                     char const* matchEnd, GroupBounds& bounds);
     Way FindWay(Entry row, InstructionIndex from, Neighbour left);
     static Way MakeWay(std::uint32_t bounds, InstructionIndex next);
 

@@ -5,11 +5,13 @@
 ///    find. If each match ends with the text, the last bytes may show that there is none.
 /// 2. Scanners lead to the positions where a match can begin: a literal, which may be the whole expression, a
 ///    set of a few intervals, or the first three bytes (RegularExpressionScanners.cpp).
-/// 3. From such a position the forward automaton finds the end of a match that begins just there, or fails.
+/// 3. From such a position the one-pass automaton finds a match that begins just there and its groups, or
+///    fails. Where it cannot be used, or the match is long, the forward automaton finds the end instead.
 ///    Where failures have cost more than the way they led, it goes on from anywhere at once, and the backward
 ///    automaton finds the begin for the end that it comes to. Either way each byte is read a bounded number
 ///    of times.
-/// 4. If there are groups, the backward automaton finds them in the span of the match alone.
+/// 4. If there are groups that are not known by then, one walk over the match finds them: that of the
+///    one-pass automaton, or, where it cannot be used, that of the backward automaton.
 ///
 /// Nothing recurses, so the depth of the stack depends on nothing.
 /// Tested by tests/text/ExpressionMatcherTest.cpp.
@@ -160,7 +162,23 @@ char const* ExpressionSearch::NextCandidate(char const* at, char const* end, boo
     return m_begins.Has(static_cast<unsigned char>(*at)) ? at : nullptr;
 }
 
-bool ExpressionSearch::FindAnywhere(char const* text, char const* from, char const* end, Span& match)
+/// Looks for a match that begins at `from`.
+void ExpressionSearch::Try(char const* from, char const* text, char const* end, FoundMatch& match,
+                           char const*& last)
+{
+    match.begin = from;
+    if (!m_onePass)
+        m_onePass.emplace(m_program);
+    if (m_onePass->IsUsable()) {
+        OnePassAutomaton::Outcome const outcome = m_onePass->Try(from, text, match.end, last, match.groups);
+        match.hasGroups = outcome == OnePassAutomaton::Outcome::matches;
+        if (match.hasGroups || outcome == OnePassAutomaton::Outcome::fails)
+            return;
+    }
+    match.end = Forward().Run(from, text, end, true, last);
+}
+
+bool ExpressionSearch::FindAnywhere(char const* text, char const* from, char const* end, FoundMatch& match)
 {
     char const* last = nullptr;
     match.end = Forward().Run(from, text, end, false, last);
@@ -170,24 +188,27 @@ bool ExpressionSearch::FindAnywhere(char const* text, char const* from, char con
     return true;
 }
 
-bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, Span& match)
+bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, FoundMatch& match)
 {
     std::ptrdiff_t vain = -vainBytesAtFirst;
     char const* at = text;
     for (;;) {
         bool gaveUp = false;
-        char const* const candidate = anchored ? at : NextCandidate(at, end, gaveUp);
+        bool const mayBeginHere =
+            anchored || (!IsLong(at, end) && m_begins.Has(static_cast<unsigned char>(*at)));
+        char const* const candidate = mayBeginHere ? at : NextCandidate(at, end, gaveUp);
         if (candidate == nullptr ||
             (candidate != at && std::memchr(at, 0, static_cast<std::size_t>(candidate - at)) != nullptr))
             return false;
         if (gaveUp)
             return FindAnywhere(text, candidate, end, match);
         if (m_isLiteral && IsLong(at, end)) {
-            match = {candidate, candidate + m_prefix.Length()};
+            match.begin = candidate;
+            match.end = candidate + m_prefix.Length();
             return true;
         }
         char const* last = nullptr;
-        match = {candidate, Forward().Run(candidate, text, end, true, last)};
+        Try(candidate, text, end, match, last);
         if (match.end != nullptr)
             return true;
         if (anchored || *candidate == 0)
@@ -197,6 +218,14 @@ bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, Sp
         if (vain > vainBytes * (at - text))
             return FindAnywhere(text, at, end, match);
     }
+}
+
+void ExpressionSearch::FindGroups(char const* text, FoundMatch& match)
+{
+    if (!match.hasGroups && m_onePass && m_onePass->IsUsable())
+        match.hasGroups = m_onePass->FindGroups(text, match.begin, match.end, match.groups);
+    if (!match.hasGroups)
+        Backward().FindGroups(text, match.begin, match.end, match.groups);
 }
 
 /// Whether the last characters of a text show that no match ends there.
@@ -211,19 +240,13 @@ bool ExpressionSearch::EndsInVain(char const* text, char const* end)
 bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::size_t length)
 {
     char const* end = text + length;
-    Span match;
     compiled.m_groupStart[0] = compiled.m_groupEnd[0] = nullptr;
-    if (m_program.groupCount > 0) { // without groups their slots have never been set
+    auto const groupCount = static_cast<std::size_t>(m_program.groupCount);
+    if (groupCount > 0) { // without groups their slots have never been set
         std::fill_n(compiled.m_groupStart, groupSlots, nullptr);
         std::fill_n(compiled.m_groupEnd, groupSlots, nullptr);
     }
-    if (length < longText) {
-        // The usual case of short texts: a match begins with the text.
-        if (m_forward != nullptr && m_begins.Has(static_cast<unsigned char>(*text))) {
-            char const* last = nullptr;
-            match = {text, m_forward->Run(text, text, end, true, last)};
-        }
-    } else {
+    if (length >= longText) {
         if (m_skip == Skip::undecided)
             PrepareForLongTexts(compiled);
         bool gaveUp = false;
@@ -236,12 +259,18 @@ bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::
                 return false;
         }
     }
-    if (match.end == nullptr && !Find(text, end, compiled.m_anchored, match))
+    FoundMatch match;
+    if (!Find(text, end, compiled.m_anchored, match))
         return false;
     compiled.m_groupStart[0] = match.begin;
     compiled.m_groupEnd[0] = match.end;
-    if (m_program.groupCount > 0 && match.end > match.begin)
-        Backward().FindGroups(text, match.begin, match.end, compiled);
+    if (groupCount == 0 || match.begin == match.end)
+        return true;
+    FindGroups(text, match);
+    for (std::size_t group = 1; group <= groupCount; ++group) {
+        compiled.m_groupStart[group] = match.groups[2 * group - 2];
+        compiled.m_groupEnd[group] = match.groups[2 * group - 1];
+    }
     return true;
 }
 

@@ -54,7 +54,7 @@ struct Instruction
         character, ///< one character, `operand`
         set,       ///< one character of set `other`
         fork,      ///< `next`, or else `other`
-        mark, ///< notes the position as bound `operand`: 2 (n - 1) for the start of group n, + 1 for its end
+        mark,      ///< notes the position as bound `operand` of GroupBounds
         beginText,
         endText,
         wordStart,
@@ -67,6 +67,11 @@ struct Instruction
     InstructionIndex next;
     InstructionIndex other;
 };
+
+/// Where the groups begin and end: bound 2 (n - 1) is the start of group n, + 1 its end; null where unset.
+/// One place more takes what nobody reads.
+constexpr std::size_t unusedGroupBound = 2 * (groupSlots - 1);
+using GroupBounds = std::array<char const*, unusedGroupBound + 1>;
 
 /// The instructions, and the bytes sorted into classes that no instruction tells apart.
 struct ExpressionProgram

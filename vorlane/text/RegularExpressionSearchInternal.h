@@ -6,9 +6,11 @@
 /// one search to the next. Not to be used from two threads at once.
 
 #include "vorlane/text/RegularExpressionAutomatonInternal.h"
+#include "vorlane/text/RegularExpressionOnePassInternal.h"
 #include "vorlane/text/RegularExpressionScannersInternal.h"
 
 #include <memory>
+#include <optional>
 
 namespace Vorlane {
 
@@ -30,17 +32,21 @@ private:
         prefix
     };
 
-    struct Span
+    struct FoundMatch
     {
         char const* begin = nullptr;
-        char const* end = nullptr;
+        char const* end = nullptr; ///< null for no match
+        bool hasGroups = false;    ///< whether their bounds are known
+        GroupBounds groups;
     };
 
     void PrepareForLongTexts(CompiledExpression const& compiled);
     void FindLiterals(CompiledExpression const& compiled);
     char const* NextCandidate(char const* at, char const* end, bool& gaveUp) const;
-    bool Find(char const* text, char const* end, bool anchored, Span& match);
-    bool FindAnywhere(char const* text, char const* from, char const* end, Span& match);
+    bool Find(char const* text, char const* end, bool anchored, FoundMatch& match);
+    bool FindAnywhere(char const* text, char const* from, char const* end, FoundMatch& match);
+    void Try(char const* from, char const* text, char const* end, FoundMatch& match, char const*& last);
+    void FindGroups(char const* text, FoundMatch& match);
     bool EndsInVain(char const* text, char const* end);
     ForwardAutomaton& Forward();
     BackwardAutomaton& Backward();
@@ -50,6 +56,7 @@ private:
     bool m_mayBeEmpty = false;
     bool m_endsText = false; ///< each match ends with the text
     // The automata are made by the first search that needs them.
+    std::optional<OnePassAutomaton> m_onePass;
     std::unique_ptr<ForwardAutomaton> m_forward;
     std::unique_ptr<BackwardAutomaton> m_backward;
 
