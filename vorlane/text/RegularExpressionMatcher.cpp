@@ -38,6 +38,9 @@ bool IsLong(char const* at, char const* end)
     return static_cast<std::size_t>(end - at) >= longText;
 }
 
+/// So often an expression without groups is tried by the one-pass automaton.
+constexpr unsigned int triesInOnePass = 32;
+
 constexpr int firstBranch = 1;
 
 /// The longest literal on the chain of nodes from `node`, groups that have just one branch included; among
@@ -169,7 +172,10 @@ void ExpressionSearch::Try(char const* from, char const* text, char const* end, 
     match.begin = from;
     if (!m_onePass)
         m_onePass.emplace(m_program);
-    if (m_onePass->IsUsable()) {
+    // Without groups the forward automaton is a little quicker, once it is built.
+    bool const isForOnePass = m_program.groupCount > 0 || m_tries < triesInOnePass;
+    if (isForOnePass && m_onePass->IsUsable()) {
+        ++m_tries;
         OnePassAutomaton::Outcome const outcome = m_onePass->Try(from, text, match.end, last, match.groups);
         match.hasGroups = outcome == OnePassAutomaton::Outcome::matches;
         if (match.hasGroups || outcome == OnePassAutomaton::Outcome::fails)
@@ -194,9 +200,7 @@ bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, Fo
     char const* at = text;
     for (;;) {
         bool gaveUp = false;
-        bool const mayBeginHere =
-            anchored || (!IsLong(at, end) && m_begins.Has(static_cast<unsigned char>(*at)));
-        char const* const candidate = mayBeginHere ? at : NextCandidate(at, end, gaveUp);
+        char const* const candidate = anchored ? at : NextCandidate(at, end, gaveUp);
         if (candidate == nullptr ||
             (candidate != at && std::memchr(at, 0, static_cast<std::size_t>(candidate - at)) != nullptr))
             return false;
@@ -246,7 +250,13 @@ bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::
         std::fill_n(compiled.m_groupStart, groupSlots, nullptr);
         std::fill_n(compiled.m_groupEnd, groupSlots, nullptr);
     }
-    if (length >= longText) {
+    FoundMatch match;
+    if (length < longText) {
+        // The usual case of short texts: a match begins with the text.
+        char const* last = nullptr;
+        if (m_begins.Has(static_cast<unsigned char>(*text)))
+            Try(text, text, end, match, last);
+    } else {
         if (m_skip == Skip::undecided)
             PrepareForLongTexts(compiled);
         bool gaveUp = false;
@@ -259,8 +269,7 @@ bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::
                 return false;
         }
     }
-    FoundMatch match;
-    if (!Find(text, end, compiled.m_anchored, match))
+    if (match.end == nullptr && !Find(text, end, compiled.m_anchored, match))
         return false;
     compiled.m_groupStart[0] = match.begin;
     compiled.m_groupEnd[0] = match.end;

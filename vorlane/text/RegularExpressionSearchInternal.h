@@ -54,7 +54,8 @@ private:
     ExpressionProgram m_program;
     ByteSet m_begins; ///< the bytes that a match can begin with; all where it can be empty
     bool m_mayBeEmpty = false;
-    bool m_endsText = false; ///< each match ends with the text
+    bool m_endsText = false;  ///< each match ends with the text
+    unsigned int m_tries = 0; ///< by the one-pass automaton
     // The automata are made by the first search that needs them.
     std::optional<OnePassAutomaton> m_onePass;
     std::unique_ptr<ForwardAutomaton> m_forward;
