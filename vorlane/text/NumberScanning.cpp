@@ -433,17 +433,18 @@ ScannedReal ScanUnsigned(char const* first, char const* last)
 ScannedReal ScanReal(char const* first, char const* last)
 {
     char const* position = SkipWhiteSpace(first, last);
-    bool const negative = position != last && *position == '-';
-    if (position != last && (*position == '-' || *position == '+')) {
-        ++position;
-    }
+    // Signs come as they like, so nothing branches on them.
+    char const sign = position != last ? *position : '\0';
+    bool const negative = sign == '-';
+    position += static_cast<int>(negative) | static_cast<int>(sign == '+');
     ScannedReal number = ScanUnsigned(position, last);
     if (number.end == position) {
         return {0.0, first, false};
     }
-    if (negative) {
-        number.value = -number.value;
-    }
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &number.value, sizeof bits);
+    bits ^= static_cast<std::uint64_t>(negative) << 63;
+    std::memcpy(&number.value, &bits, sizeof bits);
     return number;
 }
 

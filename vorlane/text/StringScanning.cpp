@@ -207,18 +207,24 @@ public:
     /// stream that is not good, whose fail bit is then set. They stand until the next call.
     Span Look()
     {
+        if (m_buffered) {
+            // What Take left is as good as what the stream would show again.
+            Span const left = Ready();
+            if (left.first != left.last) {
+                return left;
+            }
+        }
         std::istream::int_type const next = m_stream.peek();
         if (std::istream::traits_type::eq_int_type(next, std::istream::traits_type::eof())) {
             return {&m_single, &m_single};
         }
-        Span const ready = GetArea::Of(*m_stream.rdbuf());
+        Span const ready = Ready();
         m_buffered = ready.first != ready.last;
         if (!m_buffered) {
             m_single = std::istream::traits_type::to_char_type(next);
             return {&m_single, &m_single + 1};
         }
-        std::ptrdiff_t const largest = std::numeric_limits<int>::max();
-        return {ready.first, ready.first + std::min(ready.last - ready.first, largest)};
+        return ready;
     }
 
     /// Takes that many of the characters that Look gave.
@@ -245,6 +251,13 @@ public:
     }
 
 private:
+    Span Ready() const
+    {
+        Span const ready = GetArea::Of(*m_stream.rdbuf());
+        std::ptrdiff_t const largest = std::numeric_limits<int>::max();
+        return {ready.first, ready.first + std::min(ready.last - ready.first, largest)};
+    }
+
     std::istream& m_stream;
     char m_single = '\0';
     bool m_buffered = false;
