@@ -128,12 +128,14 @@ private:
 #endif
 
 #ifdef VORLANE_HAVE_RE2
-class RE2
+/// The length of a text is known, or it is that of the text up to its first zero byte.
+template <bool knowsLength>
+class Re2
 {
 public:
-    static constexpr char const* name = "RE2";
+    static constexpr char const* name = knowsLength ? "RE2" : "RE2-strlen";
 
-    explicit RE2(std::string const& expression) : m_expression(expression, Options())
+    explicit Re2(std::string const& expression) : m_expression(expression, Options())
     {
         m_groups.resize(static_cast<std::size_t>(m_expression.NumberOfCapturingGroups()) + 1);
     }
@@ -159,10 +161,15 @@ private:
         options.set_log_errors(false);
         return options;
     }
-    static re2::StringPiece Piece(Text const& text) { return {text.view.data(), text.view.size()}; }
+    static re2::StringPiece Piece(Text const& text)
+    {
+        return knowsLength ? re2::StringPiece(text.view.data(), text.view.size())
+                           : re2::StringPiece(text.view.data());
+    }
     bool Match(Text const& text, re2::RE2::Anchor anchor)
     {
-        return m_expression.Match(Piece(text), 0, text.view.size(), anchor, m_groups.data(),
+        re2::StringPiece const piece = Piece(text);
+        return m_expression.Match(piece, 0, piece.size(), anchor, m_groups.data(),
                                   static_cast<int>(m_groups.size()));
     }
 
@@ -240,7 +247,7 @@ void ForEach(Visit const& visit)
     visit(static_cast<Boost*>(nullptr));
 #endif
 #ifdef VORLANE_HAVE_RE2
-    visit(static_cast<RE2*>(nullptr));
+    visit(static_cast<Re2<true>*>(nullptr));
 #endif
 #ifdef VORLANE_HAVE_PCRE2
     visit(static_cast<Pcre2<false>*>(nullptr));

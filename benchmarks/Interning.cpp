@@ -1,4 +1,6 @@
-// Ten million words of 3 to 10 letters, drawn from a number of distinct ones, each made a handle.
+// Words of 3 to 10 letters, each made a handle.
+//   words   ten million, drawn from a number of distinct ones
+//   new     so many distinct ones, each met for the first time; see the items per second
 
 #include "vorlane/text/UniqueString.h"
 
@@ -20,22 +22,32 @@ namespace {
 
 constexpr std::size_t wordCount = 10000000;
 
+/// Adds words to `words` until there are `distinct`.
+void MakeWords(std::size_t distinct, char firstLetter, std::unordered_set<std::string>& words)
+{
+    std::mt19937 engine(static_cast<unsigned int>(distinct));
+    while (words.size() < distinct) {
+        std::string word(3 + engine() % 8, '\0');
+        for (char& letter : word) {
+            letter = static_cast<char>('a' + engine() % 26);
+        }
+        if (firstLetter != '\0') {
+            word[0] = firstLetter;
+        }
+        words.insert(word);
+    }
+}
+
 /// The words one behind the other, each with a terminator, as a reader of records would meet them.
 std::string const& Stream(std::size_t distinct)
 {
     static std::string stream;
     static std::size_t made = 0;
     if (made != distinct) {
-        std::mt19937 engine(static_cast<unsigned int>(distinct));
         std::unordered_set<std::string> words;
-        while (words.size() < distinct) {
-            std::string word(3 + engine() % 8, '\0');
-            for (char& letter : word) {
-                letter = static_cast<char>('a' + engine() % 26);
-            }
-            words.insert(word);
-        }
+        MakeWords(distinct, '\0', words);
         std::vector<std::string> const choices(words.begin(), words.end());
+        std::mt19937 engine(static_cast<unsigned int>(distinct) + 1);
         stream.clear();
         for (std::size_t i = 0; i < wordCount; ++i) {
             // Every word at least once.
@@ -120,6 +132,33 @@ void Measure(benchmark::State& state, std::size_t (*intern)(std::string const&))
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(wordCount));
 }
 
+/// One round over words that no table has seen; the process's table has no second first time.
+void MeasureNew(benchmark::State& state, std::size_t (*intern)(std::string const&))
+{
+    auto const distinct = static_cast<std::size_t>(state.range(0));
+    std::unordered_set<std::string> words;
+    // A capital for each number of words keeps them apart from all others.
+    MakeWords(distinct, distinct < wordCount / 100 ? 'A' : 'B', words);
+    std::string stream;
+    for (std::string const& word : words) {
+        stream += word;
+        stream += '\0';
+    }
+    for (auto _ : state) {
+        intern(stream);
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(distinct));
+}
+
+void RegisterNew(std::string const& peer, std::size_t (*intern)(std::string const&))
+{
+    benchmark::RegisterBenchmark(("Interning/new/" + peer).c_str(), MeasureNew, intern)
+        ->Arg(1000)
+        ->Arg(1000000)
+        ->Iterations(1)
+        ->Unit(benchmark::kMicrosecond);
+}
+
 void Register(std::string const& peer, std::size_t (*intern)(std::string const&))
 {
     benchmark::RegisterBenchmark(("Interning/words/" + peer).c_str(), Measure, intern)
@@ -133,6 +172,12 @@ void Register(std::string const& peer, std::size_t (*intern)(std::string const&)
 
 int main(int argc, char** argv)
 {
+    // First, so that the table is all but empty when the first thousand words come.
+    RegisterNew("Vorlane", InternVorlane);
+    RegisterNew("unordered_set", InternUnorderedSet);
+#ifdef VORLANE_HAVE_ABSL
+    RegisterNew("flat_hash_set", InternFlatHashSet);
+#endif
     Register("Vorlane", InternVorlane);
     Register("unordered_set", InternUnorderedSet);
 #ifdef VORLANE_HAVE_ABSL
