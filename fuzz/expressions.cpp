@@ -1,23 +1,17 @@
 // An expression and a text, parted by a zero byte. Short ones are compared with the slow matcher of the
 // tests.
 
-#include "tests/text/SlowExpression.h"
+#include "fuzz/ExpressionChecks.h"
 #include "vorlane/text/Pattern.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <string>
 
 namespace {
 
-constexpr long maximumSteps = 3000; // of the slow matcher
+using VorlaneFuzz::Require;
 
-void Check(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
+constexpr long maximumSteps = 3000; // of the slow matcher
 
 CString ToText(std::string const& characters)
 {
@@ -33,27 +27,24 @@ std::string Adjusted(std::string expression)
     return expression[0] == '*' ? "." + expression : expression;
 }
 
-void Compare(Vorlane::RegExpression const& found, bool matches, std::string const& expression,
-             std::string const& text)
+/// The substrings are the spans of the engine up to the first that is unset or empty.
+void CheckSubstrings(Vorlane::RegExpression const& found, bool matches, std::string const& expression,
+                     std::string const& text)
 {
-    VorlaneTest::SlowExpression slow(Adjusted(expression));
-    VorlaneTest::SlowExpression::Spans spans;
-    auto const result =
-        slow.IsValid() ? slow.Search(text, spans, maximumSteps) : VorlaneTest::SlowExpression::doesNotMatch;
-    if (text.empty() || result == VorlaneTest::SlowExpression::tooSlow)
-        return;
+    VorlaneFuzz::Compiled const compiled = VorlaneFuzz::Compile(expression);
+    bool const isFound = compiled != nullptr && !text.empty() &&
+                         Vorlane::SearchExpression(compiled.get(), text.c_str(), text.size());
     int count = 0;
-    while (result == VorlaneTest::SlowExpression::matches && count < 10 &&
-           spans[static_cast<std::size_t>(count)].first < spans[static_cast<std::size_t>(count)].second)
-        ++count;
-    Check(matches == (count > 0));
-    Check(found.GetSubstringCount() == count);
-    for (int i = 0; i < count; ++i) {
-        auto const [begin, end] = spans[static_cast<std::size_t>(i)];
-        auto const length = static_cast<std::size_t>(end - begin);
-        Check(found.GetSubstring(i) == text.substr(static_cast<std::size_t>(begin), length).c_str());
-        Check(found.GetSubstringStart(i) == begin);
+    for (; isFound && count < Vorlane::groupSlots; ++count) {
+        char const* const begin = compiled->m_groupStart[count];
+        char const* const end = compiled->m_groupEnd[count];
+        if (begin == nullptr || begin == end)
+            break;
+        Require(found.GetSubstring(count) == CString(begin, static_cast<int>(end - begin)));
+        Require(found.GetSubstringStart(count) == begin - text.c_str());
     }
+    Require(found.GetSubstringCount() == count);
+    Require(matches == (count > 0 || (text.empty() && expression == ".*")));
 }
 
 } // namespace
@@ -66,9 +57,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::string const text = border == std::string::npos ? std::string() : input.substr(border + 1);
     Vorlane::RegExpression found(ToText(expression), false);
     bool const matches = found.Match(ToText(text), false);
-    if (expression.size() <= 40 && text.size() <= 100)
-        Compare(found, matches, expression, text);
+    CheckSubstrings(found, matches, Adjusted(expression), text);
     bool const exact = found.Match(ToText(text), true);
-    Check(!exact || matches);
+    Require(!exact || matches);
+    if (expression.size() <= 40 && text.size() <= 100)
+        VorlaneFuzz::CheckExpression(Adjusted(expression), {text}, maximumSteps);
     return 0;
 }

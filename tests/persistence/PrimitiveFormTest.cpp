@@ -1,5 +1,5 @@
 #include "tests/persistence/ArchiveBytes.h"
-#include "tests/support/TemporaryFile.h"
+#include "tests/support/Files.h"
 
 #include "gtest/gtest.h"
 

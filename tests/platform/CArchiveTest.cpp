@@ -2,8 +2,8 @@
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/ArchivedBytes.h"
+#include "tests/support/Files.h"
 #include "tests/support/Seed.h"
-#include "tests/support/TemporaryFile.h"
 
 #include "gtest/gtest.h"
 

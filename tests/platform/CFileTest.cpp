@@ -1,5 +1,5 @@
 #include "tests/support/AllocationFailure.h"
-#include "tests/support/TemporaryFile.h"
+#include "tests/support/Files.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 
 #include "gtest/gtest.h"

@@ -1,121 +1,74 @@
 // The names that the shared libraries export, beside the list of those that they are meant to export.
 
-#include "gtest/gtest.h"
+#include "tests/support/CaseTable.h"
+#include "tests/support/Files.h"
 
-#include <cstdio>
-#include <fstream>
+#include <regex>
 #include <set>
-#include <string>
-#include <vector>
+
+using namespace VorlaneTest;
 
 namespace {
 
-/// The demangled symbols that a library defines for others.
+/// The demangled symbols that a library defines for others, without arguments and results.
 std::vector<std::string> ExportedSymbols(std::string const& library)
 {
-    std::string const command = VORLANE_NM " --dynamic --defined-only --demangle " + library;
+    Outcome const outcome = RunCommand(VORLANE_NM " --dynamic --defined-only '" + library + "' | c++filt -p");
+    EXPECT_NE(outcome.out, "") << outcome.err;
     std::vector<std::string> symbols;
-    std::FILE* const pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) {
-        ADD_FAILURE() << "cannot run " << command;
-        return symbols;
+    for (std::string const& line : Split(outcome.out, '\n')) {
+        // Address, kind, name: "0000000000001234 V typeinfo for Vorlane::Counter".
+        symbols.push_back(std::regex_replace(line, std::regex("^[0-9a-f]* . (.* (for|to) )?"), ""));
     }
-    std::string line;
-    for (int c = std::getc(pipe); c != EOF; c = std::getc(pipe)) {
-        if (c != '\n') {
-            line.push_back(static_cast<char>(c));
-            continue;
-        }
-        // Address, kind, name: "0000000000001234 T Vorlane::Counter::Zero()".
-        std::size_t const kind = line.find(' ');
-        if (kind != std::string::npos && line.size() > kind + 3) {
-            symbols.push_back(line.substr(kind + 3));
-        }
-        line.clear();
-    }
-    EXPECT_EQ(pclose(pipe), 0) << command;
-    EXPECT_FALSE(symbols.empty()) << command;
     return symbols;
 }
 
-bool EndsIn(std::string const& name, std::string const& ending)
+/// Whether a symbol is a listed class or function, one of its members, or an instance of it.
+bool BelongsTo(std::string const& symbol, std::string const& listed)
 {
-    return name.size() >= ending.size() &&
-           name.compare(name.size() - ending.size(), ending.size(), ending) == 0;
-}
-
-/// The class or function that a symbol belongs to, with its namespaces and members but without arguments, the
-/// arguments of templates, and a result type in front.
-std::string NameOf(std::string symbol)
-{
-    for (char const* prefix : {"vtable for ", "typeinfo for ", "typeinfo name for ", "guard variable for ",
-                               "virtual thunk to ", "non-virtual thunk to "}) {
-        if (symbol.rfind(prefix, 0) == 0) {
-            symbol.erase(0, std::string(prefix).size());
-        }
-    }
-    std::string name;
-    int depth = 0;
-    for (char const c : symbol) {
-        bool const inOperator = EndsIn(name, "operator") || EndsIn(name, "operator<");
-        if (c == '<' && !inOperator) {
-            ++depth;
-        } else if (c == '>' && depth > 0) {
-            --depth;
-        } else if (depth == 0) {
-            if (c == '(' || c == '[') {
-                break;
-            }
-            if (c == ' ' && !inOperator) {
-                name.clear(); // what stood before was a result type
-                continue;
-            }
-            name.push_back(c);
-        }
-    }
-    return name;
-}
-
-bool BelongsTo(std::string const& name, std::string const& listed)
-{
-    return name.compare(0, listed.size(), listed) == 0 &&
-           (name.size() == listed.size() || name.compare(listed.size(), 2, "::") == 0);
+    bool const isOperator = listed.find("::operator") != std::string::npos;
+    std::string const next = symbol.substr(std::min(listed.size(), symbol.size()), 1);
+    return symbol.compare(0, listed.size(), listed) == 0 &&
+           (next.empty() || next == ":" || next == "[" || (next == "<" && !isOperator));
 }
 
 /// Weak instances of the standard library's templates stand in every C++ library.
-bool IsStandard(std::string const& name)
+bool IsStandard(std::string const& symbol)
 {
-    return BelongsTo(name, "std") || BelongsTo(name, "__gnu_cxx") || name.rfind("operator", 0) == 0;
+    return std::regex_search(symbol, std::regex("^(std::|__gnu_cxx::|operator)"));
 }
 
 } // namespace
 
 TEST(ExportedSymbolsTest, AreThoseOfTheList)
 {
-    std::ifstream list(VORLANE_SOURCE_DIR "/tests/rules/exported_names.txt");
-    std::set<std::string> expected;
-    for (std::string line; std::getline(list, line);) {
-        if (!line.empty() && line.front() != '#') {
-            expected.insert(line);
-        }
-    }
-    ASSERT_FALSE(expected.empty());
-
+    std::vector<Case> const list = ReadCases("rules/exported_names.txt", "exported");
     std::set<std::string> exported;
     for (char const* library : {VORLANE_CORE_LIBRARY, VORLANE_PLATFORM_LIBRARY}) {
         for (std::string const& symbol : ExportedSymbols(library)) {
-            std::string const name = NameOf(symbol);
-            bool listed = IsStandard(name);
-            for (std::string const& candidate : expected) {
-                if (BelongsTo(name, candidate)) {
-                    exported.insert(candidate);
-                    listed = true;
+            bool isListed = IsStandard(symbol);
+            for (Case const& row : list) {
+                if (BelongsTo(symbol, row.at("name"))) {
+                    exported.insert(row.at("name"));
+                    isListed = true;
                 }
             }
-            EXPECT_TRUE(listed) << "exported, but not in the list: " << symbol << " (" << name << ")";
+            EXPECT_TRUE(isListed) << "exported, but not in the list: " << symbol;
         }
     }
-    for (std::string const& name : expected) {
-        EXPECT_TRUE(exported.count(name) != 0) << "in the list, but not exported: " << name;
+    for (Case const& row : list) {
+        EXPECT_EQ(exported.count(row.at("name")), 1u) << "in the list, but not exported: " << row.at("name");
+    }
+}
+
+// A docstring stands directly before the declaration, or before the first of a group without a blank line.
+TEST(ExportedSymbolsTest, AreDocumentedWhereTheyAreDeclared)
+{
+    for (Case const& row : ReadCases("rules/exported_names.txt", "exported")) {
+        std::string const name = row.at("name").substr(row.at("name").rfind(':') + 1);
+        std::string const quoted = std::regex_replace(name, std::regex("[+*]"), "\\$&");
+        std::regex const declaration("\n *///.*\n(?! *//)(.+\n)*?(?! *//).*\\b" + quoted + "(?=[\n (;:])");
+        EXPECT_TRUE(std::regex_search(ReadFile(VORLANE_SOURCE_DIR "/" + row.at("header")), declaration))
+            << row.at("name") << " has no docstring in " << row.at("header");
     }
 }

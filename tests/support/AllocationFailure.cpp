@@ -1,63 +1,54 @@
 #include "tests/support/AllocationFailure.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
 
+using VorlaneTest::allocationSwitch;
+
 namespace {
 
-/// How many allocations are granted before the one that fails; below 0 none fails.
-thread_local int granted = -1;
-thread_local std::size_t largest = std::numeric_limits<std::size_t>::max();
-thread_local std::size_t allocated = 0;
+constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+
+/// What stands in front of memory of operator new, its size in it; no type of the library is aligned to more.
+constexpr std::size_t head = 64;
 
 bool IsRefused(std::size_t bytes)
 {
-    if (granted >= 0 && --granted < 0) {
-        return true;
+    int& granted = allocationSwitch.granted;
+    return (granted >= 0 && --granted < 0) || bytes > allocationSwitch.largest;
+}
+
+void* Take(std::size_t bytes)
+{
+    void* whole = nullptr;
+    if (IsRefused(bytes) || bytes > unlimited - head || posix_memalign(&whole, head, head + bytes) != 0) {
+        return nullptr;
     }
-    return bytes > largest;
+    std::memcpy(whole, &bytes, sizeof bytes);
+    allocationSwitch.allocated += bytes;
+    return static_cast<char*>(whole) + head;
+}
+
+void* TakeOrThrow(std::size_t bytes)
+{
+    void* const memory = Take(bytes);
+    return memory != nullptr ? memory : throw std::bad_alloc();
+}
+
+void GiveBack(void* memory)
+{
+    if (memory != nullptr) {
+        void* const whole = static_cast<char*>(memory) - head;
+        std::size_t bytes = 0;
+        std::memcpy(&bytes, whole, sizeof bytes);
+        allocationSwitch.allocated -= bytes;
+        std::free(whole);
+    }
 }
 
 } // namespace
-
-namespace VorlaneTest {
-
-AllocationFailure::AllocationFailure(int precedingCount)
-{
-    granted = precedingCount;
-}
-
-AllocationFailure::~AllocationFailure()
-{
-    granted = -1;
-}
-
-bool AllocationFailure::HasHappened() const
-{
-    return granted < 0;
-}
-
-AllocationLimit::AllocationLimit(std::size_t bytes)
-{
-    largest = bytes;
-}
-
-AllocationLimit::~AllocationLimit()
-{
-    largest = std::numeric_limits<std::size_t>::max();
-}
-
-std::size_t GetAllocatedBytes()
-{
-    return allocated;
-}
-
-} // namespace VorlaneTest
 
 // The linker leads calls of malloc to __wrap_malloc, and so on.
 extern "C" {
@@ -73,9 +64,8 @@ void* __wrap_malloc(std::size_t bytes)
 
 void* __wrap_calloc(std::size_t count, std::size_t size)
 {
-    std::size_t const most = std::numeric_limits<std::size_t>::max();
-    bool const isRefused = IsRefused(size != 0 && count > most / size ? most : count * size);
-    return isRefused ? nullptr : __real_calloc(count, size);
+    bool const overflows = size != 0 && count > unlimited / size;
+    return IsRefused(overflows ? unlimited : count * size) ? nullptr : __real_calloc(count, size);
 }
 
 void* __wrap_realloc(void* memory, std::size_t bytes)
@@ -84,122 +74,59 @@ void* __wrap_realloc(void* memory, std::size_t bytes)
 }
 }
 
-namespace {
-
-/// What stands in front of a counted allocation: its size, in as many bytes as keep the alignment.
-constexpr std::size_t plainHead = alignof(std::max_align_t);
-
-/// The memory behind a head of `head` bytes, which is to hold the size; null stays null.
-void* Counted(void* whole, std::size_t head, std::size_t bytes)
-{
-    if (whole == nullptr) {
-        return nullptr;
-    }
-    char* const memory = static_cast<char*>(whole) + head;
-    std::memcpy(memory - sizeof(bytes), &bytes, sizeof(bytes));
-    allocated += bytes;
-    return memory;
-}
-
-void* Required(void* memory)
-{
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-void Release(void* memory, std::size_t head = plainHead)
-{
-    if (memory != nullptr) {
-        std::size_t bytes = 0;
-        std::memcpy(&bytes, static_cast<char*>(memory) - sizeof(bytes), sizeof(bytes));
-        allocated -= bytes;
-        std::free(static_cast<char*>(memory) - head);
-    }
-}
-
-std::size_t HeadOf(std::align_val_t alignment)
-{
-    return std::max(plainHead, static_cast<std::size_t>(alignment));
-}
-
-} // namespace
-
-void* operator new(std::size_t bytes, std::nothrow_t const&) noexcept
-{
-    bool const isTooLarge = bytes > std::numeric_limits<std::size_t>::max() - plainHead;
-    return IsRefused(bytes) || isTooLarge ? nullptr
-                                          : Counted(__real_malloc(plainHead + bytes), plainHead, bytes);
-}
+// All forms that are in use, since the runtimes of the sanitizers lead none of them to another.
 
 void* operator new(std::size_t bytes)
 {
-    return Required(operator new(bytes, std::nothrow));
+    return TakeOrThrow(bytes);
 }
 
 void* operator new[](std::size_t bytes)
 {
-    return operator new(bytes);
+    return TakeOrThrow(bytes);
 }
 
-void* operator new[](std::size_t bytes, std::nothrow_t const&) noexcept
+void* operator new(std::size_t bytes, std::align_val_t)
 {
-    return operator new(bytes, std::nothrow);
+    return TakeOrThrow(bytes);
 }
 
-void* operator new(std::size_t bytes, std::align_val_t alignment)
+void* operator new[](std::size_t bytes, std::align_val_t)
 {
-    std::size_t const head = HeadOf(alignment);
-    std::size_t const most = std::numeric_limits<std::size_t>::max() - 2 * head;
-    if (IsRefused(bytes) || bytes > most) {
-        throw std::bad_alloc();
-    }
-    std::size_t const rounded = (bytes + head - 1) / head * head;
-    return Required(Counted(std::aligned_alloc(head, head + rounded), head, bytes));
+    return TakeOrThrow(bytes);
 }
 
-void* operator new[](std::size_t bytes, std::align_val_t alignment)
+void* operator new(std::size_t bytes, std::nothrow_t const&) noexcept
 {
-    return operator new(bytes, alignment);
+    return Take(bytes);
 }
 
 void operator delete(void* memory) noexcept
 {
-    Release(memory);
+    GiveBack(memory);
 }
 
 void operator delete[](void* memory) noexcept
 {
-    Release(memory);
+    GiveBack(memory);
 }
 
 void operator delete(void* memory, std::size_t) noexcept
 {
-    Release(memory);
+    GiveBack(memory);
 }
 
 void operator delete[](void* memory, std::size_t) noexcept
 {
-    Release(memory);
+    GiveBack(memory);
 }
 
-void operator delete(void* memory, std::align_val_t alignment) noexcept
+void operator delete(void* memory, std::align_val_t) noexcept
 {
-    Release(memory, HeadOf(alignment));
+    GiveBack(memory);
 }
 
-void operator delete[](void* memory, std::align_val_t alignment) noexcept
+void operator delete[](void* memory, std::align_val_t) noexcept
 {
-    Release(memory, HeadOf(alignment));
-}
-
-void operator delete(void* memory, std::size_t, std::align_val_t alignment) noexcept
-{
-    Release(memory, HeadOf(alignment));
-}
-
-void operator delete[](void* memory, std::size_t, std::align_val_t alignment) noexcept
-{
-    Release(memory, HeadOf(alignment));
+    GiveBack(memory);
 }

@@ -23,34 +23,45 @@
 #include "platform/framework/AfxExceptions.h"
 
 #include <cstddef>
+#include <limits>
 
 namespace VorlaneTest {
+
+/// What the objects below set, and what operator new and the others look at.
+struct AllocationSwitch
+{
+    int granted = -1; ///< how many allocations succeed before the one that fails; below 0 none fails
+    std::size_t largest = std::numeric_limits<std::size_t>::max();
+    std::size_t allocated = 0;
+};
+inline thread_local AllocationSwitch allocationSwitch;
 
 /// Lets one allocation of this thread fail while the object lives: the one after the next `precedingCount`.
 class AllocationFailure
 {
 public:
-    explicit AllocationFailure(int precedingCount);
-    ~AllocationFailure();
+    explicit AllocationFailure(int precedingCount) { allocationSwitch.granted = precedingCount; }
+    ~AllocationFailure() { allocationSwitch.granted = -1; }
     AllocationFailure(AllocationFailure const&) = delete;
-    AllocationFailure& operator=(AllocationFailure const&) = delete;
 
     /// Whether that allocation has been asked for, and refused.
-    bool HasHappened() const;
+    bool HasHappened() const { return allocationSwitch.granted < 0; }
 };
 
 /// Refuses every allocation of this thread beyond `bytes` in one piece while the object lives.
 class AllocationLimit
 {
 public:
-    explicit AllocationLimit(std::size_t bytes);
-    ~AllocationLimit();
+    explicit AllocationLimit(std::size_t bytes) { allocationSwitch.largest = bytes; }
+    ~AllocationLimit() { allocationSwitch.largest = AllocationSwitch().largest; }
     AllocationLimit(AllocationLimit const&) = delete;
-    AllocationLimit& operator=(AllocationLimit const&) = delete;
 };
 
 /// What this thread took with operator new and has not given back, in bytes; take the difference of two.
-std::size_t GetAllocatedBytes();
+inline std::size_t GetAllocatedBytes()
+{
+    return allocationSwitch.allocated;
+}
 
 /// Runs `operation` with its first, second, ... allocation failing, until it gets through without meeting the
 /// failure. `prepare` runs before each attempt, `check` after each that ended in CMemoryException. Gives the

@@ -2,6 +2,7 @@
 #define VORLANE_TESTS_SUPPORT_SEED_H
 
 #include <cstdint>
+#include <cstdlib>
 #include <random>
 #include <string>
 
@@ -12,21 +13,25 @@ namespace VorlaneTest {
 class SeededEngine : public std::mt19937_64
 {
 public:
-    SeededEngine();
+    SeededEngine()
+    {
+        if (char const* const chosen = std::getenv("VORLANE_TEST_SEED")) {
+            m_seed = std::strtoull(chosen, nullptr, 10);
+        }
+        seed(m_seed);
+    }
 
     /// For SCOPED_TRACE: "VORLANE_TEST_SEED=...".
-    std::string Describe() const;
+    std::string Describe() const { return "VORLANE_TEST_SEED=" + std::to_string(m_seed); }
 
     /// A number from `low` to `high`, both included.
-    int Integer(int low, int high);
+    int Integer(int low, int high) { return std::uniform_int_distribution<int>(low, high)(*this); }
 
     /// A number from `low` up to, but not including, `high`.
-    double Real(double low, double high);
+    double Real(double low, double high) { return std::uniform_real_distribution<double>(low, high)(*this); }
 
 private:
-    explicit SeededEngine(std::uint64_t seed);
-
-    std::uint64_t m_seed;
+    std::uint64_t m_seed = 20260101;
 };
 
 } // namespace VorlaneTest

@@ -1,106 +1,147 @@
 #include "tests/text/SlowExpression.h"
 
-#include <algorithm>
+#include <bitset>
 #include <cctype>
 #include <cstring>
 
 namespace VorlaneTest {
 
-SlowExpression::SlowExpression(std::string expression) : m_expression(expression.c_str())
+SlowExpression::SlowExpression(std::string const& expression)
+    : m_expression(expression.c_str()), m_whole(Alternatives())
 {
-    m_branches = ParseBranches();
-    m_isValid = m_isValid && m_at == m_expression.size() && m_groups <= 9;
+    m_isValid = m_isValid && m_at == m_expression.size();
 }
 
-std::vector<SlowExpression::Branch> SlowExpression::ParseBranches()
+/// Whether one of the characters is next, or the end if there are none.
+bool SlowExpression::IsNext(char const* characters) const
 {
-    std::vector<Branch> branches(1);
-    while (m_isValid && m_at < m_expression.size() && Peek() != ')') {
-        if (Peek() == '|' || Peek() == '\n') {
-            ++m_at;
-            branches.emplace_back();
-        } else {
-            branches.back().push_back(ParsePiece());
-        }
-    }
-    return branches;
+    char const next = m_expression.c_str()[m_at];
+    return next == '\0' ? *characters == '\0' : std::strchr(characters, next) != nullptr;
 }
 
-SlowExpression::Piece SlowExpression::ParsePiece()
+SlowExpression::Part SlowExpression::Alternatives()
 {
-    Piece piece = ParseAtom();
-    char const quantifier = Peek();
-    if (quantifier == '*' || quantifier == '+' || quantifier == '?') {
+    Part result = Branch();
+    bool haveWidth = m_hasWidth;
+    while (IsNext("|\n")) {
         ++m_at;
-        piece.quantifier = quantifier;
-        m_isValid = m_isValid && (piece.hasWidth || quantifier == '?') &&
-                    (Peek() == '\0' || std::strchr("*+?", Peek()) == nullptr);
-        piece.hasWidth = quantifier == '+';
+        result = [first = result, second = Branch()](int at, Then const& then) {
+            return first(at, then) || second(at, then);
+        };
+        haveWidth = haveWidth && m_hasWidth;
     }
-    return piece;
+    m_hasWidth = haveWidth;
+    return result;
 }
 
-SlowExpression::Piece SlowExpression::ParseAtom()
+SlowExpression::Part SlowExpression::Branch()
+{
+    Part result = [](int at, Then const& then) {
+        return then(at);
+    };
+    bool hasWidth = false;
+    while (m_isValid && !IsNext("") && !IsNext("|\n)")) {
+        result = [first = result, second = Piece()](int at, Then const& then) {
+            return first(at, [&](int middle) { return second(middle, then); });
+        };
+        hasWidth = hasWidth || m_hasWidth;
+    }
+    m_hasWidth = hasWidth;
+    return result;
+}
+
+SlowExpression::Part SlowExpression::Piece()
+{
+    Part const once = Atom();
+    if (!IsNext("*+?"))
+        return once;
+    char const quantifier = m_expression[m_at++];
+    m_isValid = m_isValid && (m_hasWidth || quantifier == '?') && !IsNext("*+?");
+    m_hasWidth = quantifier == '+';
+    return [once, quantifier](int begin, Then const& then) {
+        Then const repeat = [&](int at) {
+            return once(at, quantifier == '?' ? then : repeat) || then(at);
+        };
+        return quantifier == '+' ? once(begin, repeat) : repeat(begin);
+    };
+}
+
+/// One test of a position, which takes so many characters.
+SlowExpression::Part SlowExpression::Test(std::function<bool(int)> const& holds, int width)
+{
+    m_hasWidth = width > 0;
+    return [this, holds, width](int at, Then const& then) {
+        return --m_steps >= 0 && holds(at) && then(at + width);
+    };
+}
+
+SlowExpression::Part SlowExpression::Atom()
 {
     char const c = m_expression[m_at++];
-    Piece piece{c};
-    if (c == '(') {
-        piece.group = ++m_groups;
-        piece.branches = ParseBranches();
-        piece.hasWidth = HasWidth(piece.branches);
-        m_isValid = m_isValid && Peek() == ')' && m_groups <= 9;
-        ++m_at;
-    } else if (c == '\\' && (Peek() == '<' || Peek() == '>')) {
-        piece.kind = m_expression[m_at++];
-    } else if (c != '^' && c != '$') {
-        piece.kind = 'c';
-        piece.hasWidth = true;
-        if (c == '.')
-            piece.members.set();
-        else if (c == '[')
-            ParseSet(piece);
-        else if (c != '\\')
-            piece.members.set(static_cast<unsigned char>(c));
-        else if (Peek() != '\0')
-            piece.members.set(static_cast<unsigned char>(m_expression[m_at++]));
-        else
-            m_isValid = false;
-        m_isValid = m_isValid && std::strchr("*+?", c) == nullptr;
-    }
-    return piece;
+    if (c == '(')
+        return Group();
+    if (c == '[')
+        return Set();
+    if (c == '^')
+        return Test([](int at) { return at == 0; }, 0);
+    if (c == '$')
+        return Test([this](int at) { return m_text[at] == '\0'; }, 0);
+    if (c == '.')
+        return Test([this](int at) { return m_text[at] != '\0'; }, 1);
+    bool const isQuoted = c == '\\' && !IsNext("");
+    m_isValid = m_isValid && (isQuoted || std::strchr("*+?\\", c) == nullptr);
+    char const literal = isQuoted ? m_expression[m_at++] : c;
+    if (isQuoted && literal == '<')
+        return Test([this](int at) { return IsWordAt(at) && !IsWordAt(at - 1); }, 0);
+    if (isQuoted && literal == '>')
+        return Test([this](int at) { return !IsWordAt(at); }, 0);
+    return Test([this, literal](int at) { return m_text[at] == literal; }, 1);
 }
 
-void SlowExpression::ParseSet(Piece& piece)
+SlowExpression::Part SlowExpression::Group()
 {
-    bool const negated = Peek() == '^';
-    m_at += negated;
-    std::string const rest = m_expression.substr(std::min(m_at, m_expression.size()));
-    std::size_t const close = rest.find(']', rest.empty() || rest[0] != ']' ? 0 : 1);
+    auto const number = static_cast<std::size_t>(++m_groups);
+    Part const inside = Alternatives();
+    m_isValid = m_isValid && IsNext(")") && number < 10;
+    m_at += IsNext(")");
+    return [this, inside, number](int begin, Then const& then) {
+        return inside(begin, [&](int end) {
+            std::pair<int, int> const before = std::exchange((*m_spans)[number], {begin, end});
+            bool const isFound = then(end);
+            (*m_spans)[number] = isFound ? (*m_spans)[number] : before;
+            return isFound;
+        });
+    };
+}
+
+SlowExpression::Part SlowExpression::Set()
+{
+    bool const isNegated = IsNext("^");
+    std::size_t const first = m_at + isNegated;
+    std::size_t const close = m_expression.find(']', first + (m_expression.c_str()[first] == ']'));
     m_isValid = m_isValid && close != std::string::npos;
-    if (!m_isValid)
-        return;
-    m_at += close + 1;
-    for (std::size_t i = 0; i < close; ++i) {
-        auto const c = static_cast<unsigned char>(rest[i]);
-        if (c != '-' || i == 0 || i + 1 == close) {
-            piece.members.set(c);
-        } else {
-            auto const low = static_cast<unsigned char>(rest[i - 1]);
-            auto const high = static_cast<unsigned char>(rest[++i]);
-            m_isValid = m_isValid && low <= high;
-            for (int member = low; member <= high; ++member)
-                piece.members.set(static_cast<std::size_t>(member));
-        }
+    std::bitset<256> members;
+    for (m_at = first; m_isValid && m_at < close; ++m_at) {
+        bool const isRange = m_expression[m_at] == '-' && m_at > first && m_at + 1 < close;
+        auto const low = static_cast<unsigned char>(m_expression[isRange ? m_at - 1 : m_at]);
+        m_at += isRange;
+        auto const high = static_cast<unsigned char>(m_expression[m_at]);
+        m_isValid = low <= high;
+        for (std::size_t member = low; member <= high; ++member)
+            members.set(member);
     }
-    if (negated)
-        piece.members.flip();
+    m_at += m_isValid;
+    return Test(
+        [=](int at) {
+            return m_text[at] != '\0' && members[static_cast<unsigned char>(m_text[at])] != isNegated;
+        },
+        1);
 }
 
-bool SlowExpression::HasWidth(std::vector<Branch> const& branches)
+bool SlowExpression::IsWordAt(int at) const
 {
-    return std::all_of(branches.begin(), branches.end(), [](Branch const& branch) {
-        return std::any_of(branch.begin(), branch.end(), [](Piece const& piece) { return piece.hasWidth; });
-    });
+    int const c = at < 0 ? 0 : static_cast<unsigned char>(m_text[at]);
+    return c < 128 && (std::isalnum(c) != 0 || c == '_');
 }
 
 SlowExpression::Result SlowExpression::Search(std::string const& text, Spans& spans, long maximumSteps)
@@ -108,83 +149,15 @@ SlowExpression::Result SlowExpression::Search(std::string const& text, Spans& sp
     m_text = text.c_str();
     m_spans = &spans;
     m_steps = maximumSteps;
-    for (int begin = 0; begin <= static_cast<int>(m_text.size()); ++begin) {
+    for (int begin = 0;; ++begin) {
         spans.fill({-1, -1});
-        for (Branch const& branch : m_branches) {
-            bool const found = MatchBranch(branch, 0, begin, [&](int end) {
-                spans[0] = {begin, end};
-                return true;
-            });
-            if (m_steps < 0)
-                return tooSlow;
-            if (found)
-                return matches;
-        }
+        bool const isFound = m_whole(begin, [&](int end) {
+            spans[0] = {begin, end};
+            return true;
+        });
+        if (m_steps < 0 || isFound || m_text[begin] == '\0')
+            return m_steps < 0 ? tooSlow : isFound ? matches : doesNotMatch;
     }
-    return doesNotMatch;
-}
-
-bool SlowExpression::MatchBranch(Branch const& branch, std::size_t index, int at, Continuation const& then)
-{
-    if (index == branch.size())
-        return then(at);
-    Piece const& piece = branch[index];
-    int const least = piece.quantifier == '*' || piece.quantifier == '?' ? 0 : 1;
-    bool const again = piece.quantifier == '*' || piece.quantifier == '+';
-    auto const rest = [&](int next) {
-        return MatchBranch(branch, index + 1, next, then);
-    };
-    return MatchRepeated(piece, least, again, at, rest);
-}
-
-bool SlowExpression::MatchRepeated(Piece const& piece, int least, bool again, int at,
-                                   Continuation const& then)
-{
-    if (--m_steps < 0)
-        return false;
-    auto const more = [&](int next) {
-        return again ? MatchRepeated(piece, 0, true, next, then) : then(next);
-    };
-    return MatchOnce(piece, at, more) || (least == 0 && then(at));
-}
-
-bool SlowExpression::MatchOnce(Piece const& piece, int at, Continuation const& then)
-{
-    int const length = static_cast<int>(m_text.size());
-    switch (piece.kind) {
-    case 'c':
-        return at < length &&
-               piece.members[static_cast<unsigned char>(m_text[static_cast<std::size_t>(at)])] &&
-               then(at + 1);
-    case '^':
-        return at == 0 && then(at);
-    case '$':
-        return at == length && then(at);
-    case '<':
-        return IsWordAt(at) && !IsWordAt(at - 1) && then(at);
-    case '>':
-        return !IsWordAt(at) && then(at);
-    default: {
-        auto const close = [&](int end) {
-            auto const before = (*m_spans)[static_cast<std::size_t>(piece.group)];
-            (*m_spans)[static_cast<std::size_t>(piece.group)] = {at, end};
-            if (then(end))
-                return true;
-            (*m_spans)[static_cast<std::size_t>(piece.group)] = before;
-            return false;
-        };
-        return std::any_of(piece.branches.begin(), piece.branches.end(),
-                           [&](Branch const& branch) { return MatchBranch(branch, 0, at, close); });
-    }
-    }
-}
-
-bool SlowExpression::IsWordAt(int at) const
-{
-    if (at < 0 || at >= static_cast<int>(m_text.size()))
-        return false;
-    auto const c = static_cast<unsigned char>(m_text[static_cast<std::size_t>(at)]);
-    return c < 128 && (std::isalnum(c) != 0 || c == '_');
 }
 
 } // namespace VorlaneTest

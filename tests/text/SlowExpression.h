@@ -2,16 +2,14 @@
 #define VORLANE_TESTS_TEXT_SLOWEXPRESSION_H
 
 #include <array>
-#include <bitset>
 #include <functional>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace VorlaneTest {
 
-/// The obvious matcher: a tree straight from the grammar, and backtracking by recursion. It takes time that
-/// is exponential in the text where the expression is unkind, so it counts its steps.
+/// The obvious matcher: backtracking by recursion, put together as the grammar says. It takes time that is
+/// exponential in the text where the expression is unkind, so it counts its steps.
 class SlowExpression
 {
 public:
@@ -24,45 +22,34 @@ public:
         tooSlow
     };
 
-    explicit SlowExpression(std::string expression);
+    explicit SlowExpression(std::string const& expression);
+    SlowExpression(SlowExpression const&) = delete;
 
     bool IsValid() const { return m_isValid; }
-
-    Result Search(std::string const& text, Spans& spans, long maximumSteps = 100000);
+    Result Search(std::string const& text, Spans& spans, long maximumSteps);
 
 private:
-    struct Piece;
-    using Branch = std::vector<Piece>;
-    struct Piece
-    {
-        char kind;           ///< 'c' for a set of characters, '(' ^ $ < >
-        char quantifier = 0; ///< * + ?
-        bool hasWidth = false;
-        std::bitset<256> members{};
-        int group = 0;
-        std::vector<Branch> branches{};
-    };
-    using Continuation = std::function<bool(int)>;
+    /// Tries one way after the other from a position, until one suits what comes then.
+    using Then = std::function<bool(int)>;
+    using Part = std::function<bool(int, Then const&)>;
 
-    std::vector<Branch> ParseBranches();
-    Piece ParsePiece();
-    Piece ParseAtom();
-    void ParseSet(Piece& piece);
-    static bool HasWidth(std::vector<Branch> const& branches);
-
-    bool MatchBranch(Branch const& branch, std::size_t index, int at, Continuation const& then);
-    bool MatchRepeated(Piece const& piece, int least, bool again, int at, Continuation const& then);
-    bool MatchOnce(Piece const& piece, int at, Continuation const& then);
+    Part Alternatives();
+    Part Branch();
+    Part Piece();
+    Part Atom();
+    Part Group();
+    Part Set();
+    Part Test(std::function<bool(int)> const& holds, int width);
+    bool IsNext(char const* characters) const;
     bool IsWordAt(int at) const;
-
-    char Peek() const { return m_at < m_expression.size() ? m_expression[m_at] : '\0'; }
 
     std::string m_expression;
     std::size_t m_at = 0;
     int m_groups = 0;
     bool m_isValid = true;
-    std::vector<Branch> m_branches;
-    std::string m_text;
+    bool m_hasWidth = false; ///< whether what was read last takes at least one character
+    Part m_whole;
+    char const* m_text = nullptr;
     Spans* m_spans = nullptr;
     long m_steps = 0;
 };

@@ -3,11 +3,10 @@
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/ArchivedBytes.h"
 
-#include "gtest/gtest.h"
-
 #include <string>
 #include <unordered_map>
 
+using namespace VorlaneTest;
 using Vorlane::UniqueString;
 using Vorlane::UniqueStringTable;
 
@@ -16,40 +15,28 @@ TEST(UniqueStringTest, EqualTextsHaveOneAddress)
     std::string word = "abc";
     UniqueString const first(word.c_str());
     word = "xyz"; // the table holds a copy
-    UniqueString const second(CString("abc"));
-    UniqueString third(UniqueString("ABC"));
     EXPECT_STREQ(first.String(), "abc");
-    EXPECT_EQ(first.StringPtr(), second.StringPtr());
-    EXPECT_NE(first.StringPtr(), third.StringPtr());
-    EXPECT_STREQ(third.String(), "ABC");
-    third = first;
-    EXPECT_EQ(third.StringPtr(), first.StringPtr());
-    third = "abd";
-    third = CString("abc\0def", 7);
-    EXPECT_EQ(third.StringPtr(), first.StringPtr());
-    third = third.String();
-    EXPECT_EQ(third.StringPtr(), first.StringPtr());
-    EXPECT_NE(UniqueString("\xFF").StringPtr(), UniqueString("\x7F").StringPtr());
-}
-
-TEST(UniqueStringTest, EverythingEmptyIsTheOneNullText)
-{
-    int const count = UniqueString::m_table.GetCount();
-    UniqueString handle("old");
-    handle = static_cast<char const*>(nullptr);
-    UniqueString const rows[] = {static_cast<char const*>(nullptr), "", CString(), CString("\0a", 2), handle};
-    for (UniqueString const& row : rows) {
-        EXPECT_EQ(row.StringPtr(), &UniqueStringTable::null);
-        EXPECT_TRUE(row.String().IsEmpty());
+    UniqueString other("abd");
+    for (UniqueString const& same : {UniqueString("abc"), UniqueString(CString("abc\0def", 7)),
+                                     other = first, other = "abc", other = other.String()}) {
+        EXPECT_EQ(same.StringPtr(), first.StringPtr());
     }
-    EXPECT_EQ(UniqueString::m_table.GetCount(), count + 1);
+    EXPECT_NE(UniqueString("ABC").StringPtr(), first.StringPtr());
+    EXPECT_NE(UniqueString("\xFF").StringPtr(), UniqueString("\x7F").StringPtr());
+    int const count = UniqueString::m_table.GetCount();
+    char const* const none = nullptr;
+    for (UniqueString const& empty :
+         {UniqueString(none), UniqueString(""), UniqueString(CString("\0a", 2)), other = none}) {
+        EXPECT_EQ(empty.StringPtr(), &UniqueStringTable::null);
+        EXPECT_TRUE(empty.String().IsEmpty());
+    }
+    EXPECT_EQ(UniqueString::m_table.GetCount(), count);
 }
 
 TEST(UniqueStringTest, AMillionWordsKeepTheirAddresses)
 {
     int const distinct = 1000000;
     std::unordered_map<CString const*, int> numbers;
-    numbers.reserve(distinct);
     for (int i = 0; i < distinct; ++i) {
         numbers.emplace(UniqueString(std::to_string(i).c_str()).StringPtr(), i);
     }
@@ -63,7 +50,6 @@ TEST(UniqueStringTest, AMillionWordsKeepTheirAddresses)
 
 TEST(UniqueStringTest, ArchiveHoldsTheTextAlone)
 {
-    using VorlaneTest::Bytes;
     struct
     {
         Bytes bytes;
@@ -78,13 +64,11 @@ TEST(UniqueStringTest, ArchiveHoldsTheTextAlone)
         auto const serialize = [&](CArchive& ar) {
             handle.Serialize(ar);
         };
-        EXPECT_EQ(VorlaneTest::LoadBytes(VorlaneTest::unsetSchema, row.bytes, serialize), 0);
+        EXPECT_EQ(LoadBytes(unsetSchema, row.bytes, serialize), 0);
         EXPECT_EQ(handle.StringPtr(), UniqueString(row.text).StringPtr());
-        EXPECT_EQ(VorlaneTest::StoredBytes(VorlaneTest::unsetSchema, serialize), row.stored);
-        UniqueString const before(handle);
-        EXPECT_EQ(VorlaneTest::LoadBytes(VorlaneTest::unsetSchema, {3, 'a', 'b'}, serialize),
-                  CArchiveException::endOfFile);
-        EXPECT_EQ(handle.StringPtr(), before.StringPtr());
+        EXPECT_EQ(StoredBytes(unsetSchema, serialize), row.stored);
+        EXPECT_EQ(LoadBytes(unsetSchema, {3, 'a', 'b'}, serialize), CArchiveException::endOfFile);
+        EXPECT_EQ(handle.StringPtr(), UniqueString(row.text).StringPtr());
     }
 }
 
@@ -94,16 +78,16 @@ TEST(UniqueStringTest, AWordThatDoesNotFitInMemoryLeavesNoTrace)
     std::string word;
     int round = 0;
     int count = 0;
-    int const failures = VorlaneTest::ForEachFailedAllocation(
-        [&] {
-            word = "a word that needs storage of its own " + std::to_string(++round);
-            count = UniqueString::m_table.GetCount();
-        },
-        [&] { handle = word.c_str(); },
-        [&] {
-            EXPECT_STREQ(handle.String(), "before");
-            EXPECT_EQ(UniqueString::m_table.GetCount(), count);
-        });
-    EXPECT_GT(failures, 0);
+    auto const prepare = [&] {
+        word = "a word that needs storage of its own " + std::to_string(++round);
+        count = UniqueString::m_table.GetCount();
+    };
+    auto const check = [&] {
+        EXPECT_STREQ(handle.String(), "before");
+        EXPECT_EQ(UniqueString::m_table.GetCount(), count);
+    };
+    EXPECT_GT(ForEachFailedAllocation(
+                  prepare, [&] { handle = word.c_str(); }, check),
+              0);
     EXPECT_STREQ(handle.String(), word.c_str());
 }

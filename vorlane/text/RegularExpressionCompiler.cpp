@@ -2,7 +2,7 @@
 /// From the text of an expression to its nodes. Two passes make the same descent (expression, branch, piece,
 /// atom): the first adds up the length of the code and refuses what is not valid, the second writes the
 /// nodes. The descent is no deeper than the groups, of which there are nine at most. All state is in the
-/// call. Tested by tests/text/ExpressionCompilerTest.cpp.
+/// call. Tested by tests/text/PatternTest.cpp.
 
 #include "vorlane/text/RegularExpressionInternal.h"
 

@@ -1,5 +1,5 @@
-#ifndef VORLANE_TESTS_SUPPORT_PIECEWISEBUFFER_H
-#define VORLANE_TESTS_SUPPORT_PIECEWISEBUFFER_H
+#ifndef VORLANE_FUZZ_PIECEWISEBUFFER_H
+#define VORLANE_FUZZ_PIECEWISEBUFFER_H
 
 #include <algorithm>
 #include <cstddef>
@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-namespace VorlaneTest {
+namespace VorlaneFuzz {
 
 /// Gives out its bytes in pieces of `step`; with a step of 0 it has no get area.
 class PiecewiseBuffer : public std::streambuf
@@ -46,6 +46,6 @@ private:
     std::size_t m_position = 0;
 };
 
-} // namespace VorlaneTest
+} // namespace VorlaneFuzz
 
 #endif
