@@ -7,13 +7,13 @@
 #include "platform/Export.h"
 #include "platform/framework/CFile.h"
 #include "platform/framework/CString.h"
+#include "platform/framework/LittleEndian.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
 #include <type_traits>
-#include <utility>
 
 /// A stream of little-endian fields without gaps, into a file or out of it, by one mode for the archive's
 /// life.
@@ -170,27 +170,16 @@ private:
         return to;
     }
 
-    // Byte by byte, so that the byte order of the machine doesn't matter; where it is the archive's,
-    // compilers make one move of it.
-    template <typename Word, std::size_t... Index>
-    static void PutBytes(unsigned char* bytes, Word word, std::index_sequence<Index...>)
-    {
-        ((bytes[Index] = static_cast<unsigned char>(word >> (8 * Index))), ...);
-    }
-    template <typename Word, std::size_t... Index>
-    static Word GetBytes(unsigned char const* bytes, std::index_sequence<Index...>)
-    {
-        return static_cast<Word>(((static_cast<Word>(bytes[Index]) << (8 * Index)) | ...));
-    }
-
     template <typename Word>
     CArchive& Insert(Word word)
     {
         if (static_cast<std::size_t>(m_storeEnd - m_storeNext) < sizeof(Word)) {
             MakeRoom();
         }
-        PutBytes(m_storeNext, word, std::make_index_sequence<sizeof(Word)>());
-        m_storeNext += sizeof(Word);
+        // What it points at might alias the member, which would then be loaded anew.
+        unsigned char* const next = m_storeNext;
+        AfxPutLittleEndian(next, word);
+        m_storeNext = next + sizeof(Word);
         return *this;
     }
 
@@ -200,7 +189,7 @@ private:
         if (static_cast<std::size_t>(m_loadEnd - m_loadNext) < sizeof(Word)) {
             FillBuffer(sizeof(Word));
         }
-        Word const word = GetBytes<Word>(m_loadNext, std::make_index_sequence<sizeof(Word)>());
+        Word const word = AfxGetLittleEndian<Word>(m_loadNext);
         m_loadNext += sizeof(Word);
         return word;
     }

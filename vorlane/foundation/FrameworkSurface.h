@@ -16,5 +16,6 @@
 #include "platform/framework/CStringArray.h"
 #include "platform/framework/ElementTransfer.h"
 #include "platform/framework/FileExceptions.h"
+#include "platform/framework/LittleEndian.h"
 
 #endif

@@ -17,7 +17,6 @@
 #include <cstring>
 #include <memory>
 #include <type_traits>
-#include <utility>
 
 namespace Vorlane {
 namespace Fields {
@@ -72,19 +71,13 @@ public:
         static_assert(sizeof(bits) == sizeof(value));
         std::memcpy(&bits, &value, sizeof(bits));
         unsigned char* const next = m_next; // a byte might alias the member, which would then be loaded anew
-        PutBytes(next, bits, std::make_index_sequence<sizeof(bits)>());
+        AfxPutLittleEndian(next, bits);
         m_next = next + sizeof(bits);
     }
 
     unsigned char const* Next() const { return m_next; }
 
 private:
-    template <typename Bits, std::size_t... index>
-    static void PutBytes(unsigned char* bytes, Bits bits, std::index_sequence<index...>)
-    {
-        ((bytes[index] = static_cast<unsigned char>(bits >> (8 * index))), ...);
-    }
-
     unsigned char* m_next;
 };
 
@@ -102,7 +95,7 @@ public:
     {
         using Bits = BitsOf<Value>;
         static_assert(sizeof(Bits) == sizeof(value));
-        Bits const bits = GetBytes<Bits>(m_next, std::make_index_sequence<sizeof(Bits)>());
+        Bits const bits = AfxGetLittleEndian<Bits>(m_next);
         std::memcpy(&value, &bits, sizeof(bits));
         m_next += sizeof(bits);
     }
@@ -110,12 +103,6 @@ public:
     unsigned char const* Next() const { return m_next; }
 
 private:
-    template <typename Bits, std::size_t... index>
-    static Bits GetBytes(unsigned char const* bytes, std::index_sequence<index...>)
-    {
-        return (... | (static_cast<Bits>(bytes[index]) << (8 * index)));
-    }
-
     unsigned char const* m_next;
 };
 
