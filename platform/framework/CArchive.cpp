@@ -141,6 +141,52 @@ void CArchive::Flush()
     m_storeNext = m_buffer.get();
 }
 
+/// Runs `write`, which writes to the file, unless a write has failed before.
+template <typename WriteCall>
+auto CArchive::UnlessFailed(WriteCall write)
+{
+    if (m_failedWrite != 0) {
+        AfxThrowFileException(m_failedWrite, m_file->GetFilePath(), "go on after a failed write to");
+    }
+    try {
+        return write();
+    } catch (CFileException const& exception) {
+        m_failedWrite =
+            exception.m_cause != CFileException::none ? exception.m_cause : +CFileException::generic;
+        throw;
+    } catch (...) {
+        m_failedWrite = CFileException::generic;
+        throw;
+    }
+}
+
+unsigned char* CArchive::WriteInPlace(unsigned int count)
+{
+    CheckIsStoring();
+    if (count > static_cast<std::size_t>(m_storeEnd - m_storeNext)) {
+        Flush();
+        if (count > m_bufferSize) {
+            return UnlessFailed([&] { return m_file->WriteInPlace(count); });
+        }
+    }
+    m_storeNext += count;
+    return m_storeNext - count;
+}
+
+unsigned char const* CArchive::ReadInPlace(unsigned int count)
+{
+    CheckIsLoading();
+    std::size_t const available = static_cast<std::size_t>(m_loadEnd - m_loadNext);
+    if (count > m_bufferSize && available == 0) {
+        return m_file->ReadInPlace(count);
+    }
+    if (count > available && (count > m_bufferSize || !Fetch(count))) {
+        return nullptr;
+    }
+    m_loadNext += count;
+    return m_loadNext - count;
+}
+
 void CArchive::WriteCount(unsigned long count)
 {
     std::uint32_t const low = static_cast<std::uint32_t>(count);
@@ -190,10 +236,10 @@ void CArchive::MakeRoom()
     Flush();
 }
 
-/// Brings at least `needed` bytes, no more than the widest field has, into the buffer.
-void CArchive::FillBuffer(std::size_t needed)
+/// Reads on until the buffer holds `needed` bytes, at most its size. False, with what there was in the
+/// buffer, where the file ends before.
+bool CArchive::Fetch(std::size_t needed)
 {
-    CheckIsLoading();
     std::size_t available = static_cast<std::size_t>(m_loadEnd - m_loadNext);
     unsigned char* const buffer = m_buffer.get();
     if (available > 0) {
@@ -205,31 +251,30 @@ void CArchive::FillBuffer(std::size_t needed)
         unsigned int const taken =
             m_file->Read(buffer + available, m_bufferSize - static_cast<unsigned int>(available));
         if (taken == 0) {
-            AfxThrowArchiveException(CArchiveException::endOfFile, m_file->GetFilePath());
+            return false;
         }
         available += taken;
         m_loadEnd += taken;
+    }
+    return true;
+}
+
+/// Brings the bytes of a field into the buffer.
+void CArchive::FillBuffer(std::size_t needed)
+{
+    CheckIsLoading();
+    if (!Fetch(needed)) {
+        AfxThrowArchiveException(CArchiveException::endOfFile, m_file->GetFilePath());
     }
 }
 
 void CArchive::WriteOut(unsigned char const* bytes, unsigned int count)
 {
-    if (m_failedWrite != 0) {
-        AfxThrowFileException(m_failedWrite, m_file->GetFilePath(), "go on after a failed write to");
-    }
-    if (count == 0) {
-        return;
-    }
-    try {
-        m_file->Write(bytes, count);
-    } catch (CFileException const& exception) {
-        m_failedWrite =
-            exception.m_cause != CFileException::none ? exception.m_cause : +CFileException::generic;
-        throw;
-    } catch (...) {
-        m_failedWrite = CFileException::generic;
-        throw;
-    }
+    UnlessFailed([&] {
+        if (count > 0) {
+            m_file->Write(bytes, count);
+        }
+    });
 }
 
 void CArchive::WriteAcrossBuffer(unsigned char const* bytes, unsigned int count)

@@ -88,6 +88,16 @@ public:
         return ReadAcrossBuffer(static_cast<unsigned char*>(bytes), count);
     }
 
+    /// Room for a block of `count` bytes, in the archive's buffer or in the memory of the file. The bytes
+    /// count as written, and the caller sets each of them before anything else happens to the archive. Null
+    /// where there is no such room in one piece: Write does the same from memory of the caller.
+    unsigned char* WriteInPlace(unsigned int count);
+
+    /// A block of `count` bytes where it lies, in the archive's buffer or in the memory of the file, until
+    /// the next use of either; the bytes count as read. Null, and nothing is read, where it doesn't lie in
+    /// one piece, as at the end of the file: Read does the same into memory of the caller.
+    unsigned char const* ReadInPlace(unsigned int count);
+
     /// The count form: below 0xFFFF in 2 bytes, else 0xFFFF and then 4 bytes. Takes the low 32 bits.
     void WriteCount(unsigned long count);
 
@@ -204,8 +214,11 @@ private:
     void CheckIsStoring() const;
     void CheckIsLoading() const;
     void MakeRoom();
+    bool Fetch(std::size_t needed);
     void FillBuffer(std::size_t needed);
     void WriteOut(unsigned char const* bytes, unsigned int count);
+    template <typename WriteCall>
+    auto UnlessFailed(WriteCall write);
     void WriteAcrossBuffer(unsigned char const* bytes, unsigned int count);
     unsigned int ReadAcrossBuffer(unsigned char* bytes, unsigned int count);
 

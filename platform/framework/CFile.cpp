@@ -118,6 +118,16 @@ void CFile::Write(void const* bytes, unsigned int count)
     }
 }
 
+unsigned char const* CFile::ReadInPlace(unsigned int)
+{
+    return nullptr;
+}
+
+unsigned char* CFile::WriteInPlace(unsigned int)
+{
+    return nullptr;
+}
+
 void CFile::Flush()
 {
     // Pipes and the like have no device to bring the bytes to.
@@ -205,6 +215,25 @@ void CMemFile::Write(void const* bytes, unsigned int count)
     AfxWithMemoryException([&] { m_bytes.insert(m_bytes.end(), begin + overwritten, begin + count); });
     std::copy(begin, begin + overwritten, m_bytes.data() + m_position);
     m_position += count;
+}
+
+unsigned char const* CMemFile::ReadInPlace(unsigned int count)
+{
+    if (count > m_bytes.size() - m_position) {
+        return nullptr;
+    }
+    m_position += count;
+    return m_bytes.data() + m_position - count;
+}
+
+unsigned char* CMemFile::WriteInPlace(unsigned int count)
+{
+    std::size_t const end = m_position + count;
+    if (end > m_bytes.size()) {
+        AfxWithMemoryException([&] { m_bytes.resize(end); });
+    }
+    m_position = end;
+    return m_bytes.data() + end - count;
 }
 
 void CMemFile::Flush() {}

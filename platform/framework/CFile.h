@@ -16,7 +16,8 @@
 /// CFileException with the path and a cause: `fileNotFound`, `accessDenied`, `diskFull`, `hardIO` or
 /// `generic`.
 ///
-/// Derived classes may stand for other places; they override the virtual operations.
+/// Derived classes may stand for other places; they override the virtual operations, and whoever changes Read
+/// or Write of a class that knows ReadInPlace or WriteInPlace changes those too.
 class VORLANE_PLATFORM_EXPORT CFile
 {
 public:
@@ -48,6 +49,16 @@ public:
 
     /// Writes `count` bytes, all of them or an exception.
     virtual void Write(void const* bytes, unsigned int count);
+
+    /// The next `count` bytes where they lie, for a file that holds its bytes in memory; the position moves
+    /// behind them. They stay there until the file is written to. Null, and nothing moves, where there are no
+    /// such bytes: Read is the way then.
+    virtual unsigned char const* ReadInPlace(unsigned int count);
+
+    /// Memory of the file for `count` bytes at the position, which moves behind them; they are part of the
+    /// file at once, and the caller sets each of them before anything else happens to it. Null, and nothing
+    /// moves, for a file without such memory: Write is the way then.
+    virtual unsigned char* WriteInPlace(unsigned int count);
 
     /// Asks the system to bring what was written to the device, where the file is on one.
     virtual void Flush();
@@ -96,6 +107,11 @@ public:
 
     /// Overwrites and extends, also with bytes of this file; a failed allocation raises CMemoryException.
     void Write(void const* bytes, unsigned int count) override;
+
+    unsigned char const* ReadInPlace(unsigned int count) override;
+
+    /// Overwrites and extends; a failed allocation raises CMemoryException.
+    unsigned char* WriteInPlace(unsigned int count) override;
 
     /// Do nothing: the content stays, and the file can be used on.
     void Flush() override;

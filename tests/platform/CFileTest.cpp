@@ -150,6 +150,10 @@ TEST(CMemFileTest, OverwritesAndExtends)
         VorlaneTest::AllocationFailure const failure(0);
         EXPECT_THROW(file.Write(more, 3), CMemoryException);
     }
+    {
+        VorlaneTest::AllocationFailure const failure(0);
+        EXPECT_THROW(file.WriteInPlace(3), CMemoryException);
+    }
     EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 2, 3}));
     file.Write(more, 3);
     EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 7, 8, 9}));
@@ -158,4 +162,10 @@ TEST(CMemFileTest, OverwritesAndExtends)
     file.Read(&byte, 1);
     file.Write(file.Bytes().data(), 4); // which move meanwhile
     EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 1, 7, 8, 9}));
+    file.SeekToBegin();
+    EXPECT_EQ(file.ReadInPlace(6), nullptr);
+    EXPECT_EQ(file.ReadInPlace(2), file.Bytes().data());
+    std::memcpy(file.WriteInPlace(4), more, 3);
+    EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 1, 7, 8, 9, 0}));
+    EXPECT_EQ(file.GetRemaining(), 0u);
 }

@@ -4,8 +4,9 @@
 /// \file
 /// Moves runs of small entries of one size, such as the vertices of a mesh, a block at a time.
 ///
-/// The fields of an entry are written into a block on the stack, or read from it, with no test between them;
-/// the archive moves the block as a whole. The bytes are those of one field after the other.
+/// The fields of an entry are written into a block of memory, or read from it, with no test between them. The
+/// block is a part of the archive's buffer or of a file in memory where there is one of its size; else it is
+/// spare memory, and the archive moves it as a whole. The bytes are those of one field after the other.
 
 #include "vorlane/foundation/FrameworkSurface.h"
 #include "vorlane/persistence/SchemaInternal.h"
@@ -21,33 +22,34 @@
 namespace Vorlane {
 namespace Fields {
 
-/// The room in which a run moves. A long run gets twice the archive's usual buffer, so that its blocks go to
-/// the file, or come from it, without a stop in that buffer; a short run stays on the stack.
-class RunBlock
+/// The most bytes of a run that move at a time: much more than the archive's usual buffer, since the system
+/// writes large blocks to a file at less cost, and little enough to stay near the processor.
+constexpr std::size_t runBlockBytes = 1048576;
+
+/// The number of entries that move at a time.
+constexpr std::size_t EntriesOfBlock(std::size_t left, std::size_t entryBytes)
+{
+    return std::min(left, runBlockBytes / entryBytes);
+}
+
+/// Memory for the blocks of a run that have no place in the archive, taken when first asked for.
+class SpareBlock
 {
 public:
-    explicit RunBlock(std::size_t runBytes, std::size_t entryBytes)
+    explicit SpareBlock(std::size_t size) : m_size(size) {}
+
+    unsigned char* Bytes()
     {
-        std::size_t const size =
-            runBytes <= sizeof(m_short) ? sizeof(m_short) : std::min(runBytes, longBytes);
-        if (size > sizeof(m_short)) {
-            m_long = AfxWithMemoryException(
-                [&] { return std::unique_ptr<unsigned char[]>(new unsigned char[size]); });
+        if (!m_bytes) {
+            m_bytes = AfxWithMemoryException(
+                [&] { return std::unique_ptr<unsigned char[]>(new unsigned char[m_size]); });
         }
-        m_entries = size / entryBytes;
+        return m_bytes.get();
     }
 
-    unsigned char* Bytes() { return m_long ? m_long.get() : m_short; }
-
-    /// The whole entries that it holds.
-    std::size_t Entries() const { return m_entries; }
-
 private:
-    static constexpr std::size_t longBytes = 131072;
-
-    unsigned char m_short[1024];
-    std::unique_ptr<unsigned char[]> m_long;
-    std::size_t m_entries;
+    std::size_t m_size;
+    std::unique_ptr<unsigned char[]> m_bytes;
 };
 
 /// The unsigned integer of as many bytes as `Value`.
@@ -132,18 +134,23 @@ constexpr bool HasDoublePoint3d(BlockReader<point3dIsDouble> const&)
 }
 
 template <typename Block, typename StoreEntry>
-void StoreBlocks(CArchive& ar, std::size_t count, std::size_t entryBytes, StoreEntry storeEntry)
+[[gnu::noinline]] void StoreBlocks(CArchive& ar, std::size_t count, std::size_t entryBytes,
+                                   StoreEntry storeEntry)
 {
-    RunBlock run(count * entryBytes, entryBytes);
+    SpareBlock spare(EntriesOfBlock(count, entryBytes) * entryBytes);
     for (std::size_t done = 0; done < count;) {
-        std::size_t const end = done + std::min(run.Entries(), count - done);
-        std::size_t const size = (end - done) * entryBytes;
-        Block block(run.Bytes());
+        std::size_t const end = done + EntriesOfBlock(count - done, entryBytes);
+        auto const size = static_cast<unsigned int>((end - done) * entryBytes);
+        unsigned char* const room = ar.WriteInPlace(size);
+        unsigned char* const bytes = room != nullptr ? room : spare.Bytes();
+        Block block(bytes);
         for (; done < end; ++done) {
             storeEntry(block, done);
         }
-        assert(block.Next() == run.Bytes() + size);
-        ar.Write(run.Bytes(), static_cast<unsigned int>(size));
+        assert(block.Next() == bytes + size);
+        if (room == nullptr) {
+            ar.Write(bytes, size);
+        }
     }
 }
 
@@ -168,13 +175,20 @@ void StoreRun(CArchive& ar, std::size_t count, std::size_t entryBytes, StoreEntr
 }
 
 template <typename Block, typename LoadEntry>
-void LoadBlocks(CArchive& ar, std::size_t begin, std::size_t end, std::size_t entryBytes, LoadEntry loadEntry)
+[[gnu::noinline]] void LoadBlocks(CArchive& ar, std::size_t begin, std::size_t end, std::size_t entryBytes,
+                                  LoadEntry loadEntry)
 {
-    RunBlock run((end - begin) * entryBytes, entryBytes);
+    SpareBlock spare(EntriesOfBlock(end - begin, entryBytes) * entryBytes);
     while (begin < end) {
-        std::size_t const size = std::min(run.Entries(), end - begin) * entryBytes;
-        std::size_t const present = ar.Read(run.Bytes(), static_cast<unsigned int>(size));
-        Block block(run.Bytes());
+        auto const size = static_cast<unsigned int>(EntriesOfBlock(end - begin, entryBytes) * entryBytes);
+        unsigned int present = size;
+        unsigned char const* bytes = ar.ReadInPlace(size);
+        if (bytes == nullptr) {
+            unsigned char* const copy = spare.Bytes();
+            present = ar.Read(copy, size);
+            bytes = copy;
+        }
+        Block block(bytes);
         for (std::size_t left = present / entryBytes; left > 0; --left) {
             loadEntry(block, begin);
             ++begin;
