@@ -36,69 +36,54 @@ namespace {
 constexpr int vertexCount = 1000000;
 constexpr int triangleCount = 2 * vertexCount;
 constexpr std::uint32_t schema = 24;
-constexpr int bufferSize = 65536;
 
-/// A file over memory that is there already, so that no row pays for its growth.
-class BlockFile : public CFile
+// The buffers of all rows. The system takes large blocks at less cost.
+constexpr int memoryBuffer = 65536;
+constexpr int fileBuffer = 1048576;
+
+constexpr std::size_t headBytes = 4096; // more than a peer writes before the mesh
+
+std::string const& Path()
+{
+    static std::string const path = [] {
+        char const* const folder = std::getenv("TMPDIR");
+        return std::string(folder != nullptr ? folder : "/tmp") + "/vorlane_mesh_archive.bin";
+    }();
+    return path;
+}
+
+/// Memory as a stream, for the peers. Like the CMemFile of the other rows, it is as long as needed
+/// beforehand, so that no row pays for its growth.
+class MemoryStream : public std::streambuf
 {
 public:
-    explicit BlockFile(std::size_t capacity) : m_bytes(capacity, 1) {}
-    BlockFile(BlockFile const& other) : CFile(), m_bytes(other.m_bytes), m_size(other.m_size) {}
-
-    unsigned int Read(void* bytes, unsigned int count) override
+    explicit MemoryStream(std::vector<char>& bytes)
     {
-        std::size_t const taken = std::min<std::size_t>(count, m_size - m_position);
-        std::memcpy(bytes, m_bytes.data() + m_position, taken);
-        m_position += taken;
-        return static_cast<unsigned int>(taken);
+        setp(bytes.data(), bytes.data() + bytes.size());
+        setg(bytes.data(), bytes.data(), bytes.data() + bytes.size());
     }
-    void Write(void const* bytes, unsigned int count) override
-    {
-        if (count > m_bytes.size() - m_position) {
-            std::abort();
-        }
-        std::memcpy(m_bytes.data() + m_position, bytes, count);
-        m_position += count;
-        m_size = std::max(m_size, m_position);
-    }
-    void Flush() override {}
-    void Close() override {}
-    void SeekToBegin() override { m_position = 0; }
-    std::uint64_t GetLength() const override { return m_size; }
-    std::uint64_t GetRemaining() const override { return m_size - m_position; }
-
-    char* Data() { return reinterpret_cast<char*>(m_bytes.data()); }
-    std::size_t Size() const { return m_size; }
-    std::size_t Capacity() const { return m_bytes.size(); }
-    void SetSize(std::size_t size) { m_size = size; }
-    bool operator==(BlockFile const& other) const
-    {
-        return m_size == other.m_size && std::memcmp(m_bytes.data(), other.m_bytes.data(), m_size) == 0;
-    }
-
-private:
-    std::vector<unsigned char> m_bytes;
-    std::size_t m_size = 0;
-    std::size_t m_position = 0;
 };
 
-/// The same memory as a stream buffer, for the peers.
-class BlockStream : public std::streambuf
+/// A file as a stream, for the peers, with a buffer of the same size as in the other rows.
+class FileStream : public std::filebuf
 {
 public:
-    explicit BlockStream(BlockFile& file)
+    explicit FileStream(std::ios::openmode mode) : m_buffer(fileBuffer)
     {
-        setp(file.Data(), file.Data() + file.Capacity());
-        setg(file.Data(), file.Data(), file.Data() + file.Size());
+        pubsetbuf(m_buffer.data(), fileBuffer);
+        open(Path(), mode | std::ios::binary);
     }
-    std::size_t Written() const { return static_cast<std::size_t>(pptr() - pbase()); }
+    ~FileStream() override { close(); }
+
+private:
+    std::vector<char> m_buffer;
 };
 
 /// The buffer that somebody would write by hand: one test for each value.
 class HandWriter
 {
 public:
-    explicit HandWriter(CFile& file) : m_file(file), m_buffer(bufferSize) {}
+    HandWriter(CFile& file, int bufferSize) : m_file(file), m_buffer(static_cast<std::size_t>(bufferSize)) {}
     template <typename Value>
     void operator()(Value value)
     {
@@ -123,7 +108,7 @@ private:
 class HandReader
 {
 public:
-    explicit HandReader(CFile& file) : m_file(file), m_buffer(bufferSize) {}
+    HandReader(CFile& file, int bufferSize) : m_file(file), m_buffer(static_cast<std::size_t>(bufferSize)) {}
     template <typename Value>
     void operator()(Value& value)
     {
@@ -245,7 +230,7 @@ TriangleMeshPrimitive const& Mesh()
     return mesh;
 }
 
-void StoreByArchive(TriangleMeshPrimitive const& mesh, CFile& file)
+void StoreByArchive(TriangleMeshPrimitive const& mesh, CFile& file, int bufferSize)
 {
     CArchive ar(&file, CArchive::store, bufferSize);
     ar.m_nObjectSchema = schema;
@@ -253,23 +238,23 @@ void StoreByArchive(TriangleMeshPrimitive const& mesh, CFile& file)
     ar.Close();
 }
 
-void LoadByArchive(TriangleMeshPrimitive& mesh, CFile& file)
+void LoadByArchive(TriangleMeshPrimitive& mesh, CFile& file, int bufferSize)
 {
     CArchive ar(&file, CArchive::load, bufferSize);
     ar.m_nObjectSchema = schema;
     Vorlane::Serialize(ar, mesh);
 }
 
-void StoreByHand(TriangleMeshPrimitive const& mesh, CFile& file)
+void StoreByHand(TriangleMeshPrimitive const& mesh, CFile& file, int bufferSize)
 {
-    HandWriter writer(file);
+    HandWriter writer(file, bufferSize);
     PutMesh(mesh, writer);
     writer.Flush();
 }
 
-void LoadByHand(TriangleMeshPrimitive& mesh, CFile& file)
+void LoadByHand(TriangleMeshPrimitive& mesh, CFile& file, int bufferSize)
 {
-    HandReader reader(file);
+    HandReader reader(file, bufferSize);
     GetMesh(mesh, reader);
 }
 
@@ -306,30 +291,18 @@ std::size_t MeshBytes()
     return 3 * 4 + 4 + triangleCount * std::size_t{12} + 4 + vertexCount * std::size_t{28} + 3 * 4;
 }
 
-BlockFile const& Image()
+/// The bytes of a mesh in the archive.
+std::vector<unsigned char> Stored(TriangleMeshPrimitive const& mesh)
 {
-    static BlockFile image(MeshBytes());
-    if (image.Size() == 0) {
-        StoreByArchive(Mesh(), image);
-    }
+    CMemFile file;
+    StoreByArchive(mesh, file, memoryBuffer);
+    return file.Bytes();
+}
+
+std::vector<unsigned char> const& Image()
+{
+    static std::vector<unsigned char> const image = Stored(Mesh());
     return image;
-}
-
-std::string const& Path()
-{
-    static std::string const path = [] {
-        char const* const folder = std::getenv("TMPDIR");
-        return std::string(folder != nullptr ? folder : "/tmp") + "/vorlane_mesh_archive.bin";
-    }();
-    return path;
-}
-
-/// Whether `mesh` stores to the bytes of the image.
-bool IsTheMesh(TriangleMeshPrimitive const& mesh)
-{
-    BlockFile file(MeshBytes() + 4096);
-    StoreByArchive(mesh, file);
-    return file == Image();
 }
 
 template <typename Operation>
@@ -345,8 +318,8 @@ void Time(benchmark::State& state, std::size_t bytes, Operation operation)
 struct FilePeer
 {
     char const* name;
-    void (*store)(TriangleMeshPrimitive const&, CFile&);
-    void (*load)(TriangleMeshPrimitive&, CFile&);
+    void (*store)(TriangleMeshPrimitive const&, CFile&, int bufferSize);
+    void (*load)(TriangleMeshPrimitive&, CFile&, int bufferSize);
 };
 
 /// A serializer over stream buffers.
@@ -373,27 +346,27 @@ std::vector<StreamPeer> const streamPeers = {
 
 void StoreMemory(benchmark::State& state, FilePeer const& peer)
 {
-    BlockFile file(MeshBytes() + 4096);
-    peer.store(Mesh(), file);
-    if (!(file == Image())) {
+    CMemFile file(std::vector<unsigned char>(MeshBytes(), 1));
+    peer.store(Mesh(), file, memoryBuffer);
+    if (file.Bytes() != Image()) {
         state.SkipWithError("other bytes");
     }
     Time(state, MeshBytes(), [&] {
         file.SeekToBegin();
-        peer.store(Mesh(), file);
+        peer.store(Mesh(), file, memoryBuffer);
     });
 }
 
 void LoadMemory(benchmark::State& state, FilePeer const& peer)
 {
-    BlockFile file(Image());
+    CMemFile file(Image());
     auto const load = [&] {
         TriangleMeshPrimitive mesh;
         file.SeekToBegin();
-        peer.load(mesh, file);
+        peer.load(mesh, file, memoryBuffer);
         return mesh;
     };
-    if (!IsTheMesh(load())) {
+    if (Stored(load()) != Image()) {
         state.SkipWithError("another mesh");
     }
     Time(state, MeshBytes(), [&] { benchmark::DoNotOptimize(load().GetNumVertices()); });
@@ -403,7 +376,7 @@ void StoreFile(benchmark::State& state, FilePeer const& peer)
 {
     Time(state, MeshBytes(), [&] {
         CFile file(Path().c_str(), CFile::modeWrite | CFile::modeCreate);
-        peer.store(Mesh(), file);
+        peer.store(Mesh(), file, fileBuffer);
         file.Close();
     });
 }
@@ -412,12 +385,12 @@ void LoadFile(benchmark::State& state, FilePeer const& peer)
 {
     {
         CFile file(Path().c_str(), CFile::modeWrite | CFile::modeCreate);
-        StoreByArchive(Mesh(), file);
+        StoreByArchive(Mesh(), file, fileBuffer);
     }
     Time(state, MeshBytes(), [&] {
         TriangleMeshPrimitive mesh;
         CFile file(Path().c_str(), CFile::modeRead);
-        peer.load(mesh, file);
+        peer.load(mesh, file, fileBuffer);
         benchmark::DoNotOptimize(mesh.GetNumVertices());
     });
     std::remove(Path().c_str());
@@ -425,28 +398,27 @@ void LoadFile(benchmark::State& state, FilePeer const& peer)
 
 void StoreMemory(benchmark::State& state, StreamPeer const& peer)
 {
-    BlockFile file(MeshBytes() + 4096);
+    std::vector<char> bytes(MeshBytes() + headBytes, 1);
     Time(state, MeshBytes(), [&] {
-        BlockStream stream(file);
+        MemoryStream stream(bytes);
         peer.store(Mesh(), stream);
     });
 }
 
 void LoadMemory(benchmark::State& state, StreamPeer const& peer)
 {
-    BlockFile file(MeshBytes() + 4096);
+    std::vector<char> bytes(MeshBytes() + headBytes, 1);
     {
-        BlockStream stream(file);
+        MemoryStream stream(bytes);
         peer.store(Mesh(), stream);
-        file.SetSize(stream.Written());
     }
     auto const load = [&] {
         TriangleMeshPrimitive mesh;
-        BlockStream stream(file);
+        MemoryStream stream(bytes);
         peer.load(mesh, stream);
         return mesh;
     };
-    if (!IsTheMesh(load())) {
+    if (Stored(load()) != Image()) {
         state.SkipWithError("another mesh");
     }
     Time(state, MeshBytes(), [&] { benchmark::DoNotOptimize(load().GetNumVertices()); });
@@ -455,8 +427,7 @@ void LoadMemory(benchmark::State& state, StreamPeer const& peer)
 void StoreFile(benchmark::State& state, StreamPeer const& peer)
 {
     Time(state, MeshBytes(), [&] {
-        std::filebuf file;
-        file.open(Path(), std::ios::out | std::ios::binary | std::ios::trunc);
+        FileStream file(std::ios::out | std::ios::trunc);
         peer.store(Mesh(), file);
     });
 }
@@ -464,14 +435,12 @@ void StoreFile(benchmark::State& state, StreamPeer const& peer)
 void LoadFile(benchmark::State& state, StreamPeer const& peer)
 {
     {
-        std::filebuf file;
-        file.open(Path(), std::ios::out | std::ios::binary | std::ios::trunc);
+        FileStream file(std::ios::out | std::ios::trunc);
         peer.store(Mesh(), file);
     }
     Time(state, MeshBytes(), [&] {
         TriangleMeshPrimitive mesh;
-        std::filebuf file;
-        file.open(Path(), std::ios::in | std::ios::binary);
+        FileStream file(std::ios::in);
         peer.load(mesh, file);
         benchmark::DoNotOptimize(mesh.GetNumVertices());
     });
@@ -480,20 +449,18 @@ void LoadFile(benchmark::State& state, StreamPeer const& peer)
 
 void CopyMemory(benchmark::State& state)
 {
-    BlockFile source(Image());
-    std::vector<char> target(source.Size(), 1);
+    std::vector<char> target(MeshBytes(), 1);
     Time(state, MeshBytes(), [&] {
-        std::memcpy(target.data(), source.Data(), source.Size());
+        std::memcpy(target.data(), Image().data(), MeshBytes());
         benchmark::ClobberMemory();
     });
 }
 
 void CopyToFile(benchmark::State& state)
 {
-    BlockFile source(Image());
     Time(state, MeshBytes(), [&] {
         CFile file(Path().c_str(), CFile::modeWrite | CFile::modeCreate);
-        file.Write(source.Data(), static_cast<unsigned int>(source.Size()));
+        file.Write(Image().data(), static_cast<unsigned int>(MeshBytes()));
         file.Close();
     });
     std::remove(Path().c_str());
@@ -521,6 +488,7 @@ int main(int argc, char** argv)
     // Without this each load would pay for a hundred megabytes of new pages, and all rows would look alike.
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    Image(); // made here, and not in the first row that asks for it
     for (FilePeer const& peer : filePeers) {
         RegisterMesh(peer);
     }
