@@ -108,7 +108,10 @@ private:
     void StoreSubstrings(char const* text);
 
     CString m_expression;
-    CString m_match; ///< a copy of what the last Match found; the groups lie in it
+    // A copy of what the last Match found, in one of the two; the groups lie in it.
+    static constexpr int shortCapacity = 16;
+    char m_shortMatch[shortCapacity] = {};
+    CString m_longMatch;
     CompiledExpression* m_compiled = nullptr;
     int m_substringCount = 0;
     int m_substringStarts[10] = {}; ///< in the text of the last Match

@@ -10,11 +10,27 @@ namespace Vorlane {
 namespace {
 
 /// Up to this length a match is written into the storage of the one before it.
-constexpr int shortMatch = 256;
+constexpr int reusedLength = 256;
+
+/// Copies 1 to 16 bytes, first and last ones, which may overlap: less than the price of a call.
+void CopyShort(char* target, char const* source, std::size_t length)
+{
+    if (length >= 8) {
+        std::memcpy(target, source, 8);
+        std::memcpy(target + length - 8, source + length - 8, 8);
+    } else if (length >= 4) {
+        std::memcpy(target, source, 4);
+        std::memcpy(target + length - 4, source + length - 4, 4);
+    } else {
+        target[0] = source[0];
+        target[length / 2] = source[length / 2];
+        target[length - 1] = source[length - 1];
+    }
+}
 
 void Assign(CString& target, char const* begin, int length)
 {
-    if (length > shortMatch || target.GetLength() > shortMatch) {
+    if (length > reusedLength || target.GetLength() > reusedLength) {
         target = CString(begin, length);
         return;
     }
@@ -53,7 +69,8 @@ RegExpression& RegExpression::operator=(RegExpression const& other)
 void RegExpression::CopySubstrings(RegExpression const& other)
 {
     m_substringCount = 0;
-    m_match = other.m_match;
+    m_longMatch = other.m_longMatch;
+    std::copy(std::begin(other.m_shortMatch), std::end(other.m_shortMatch), m_shortMatch);
     m_substringCount = other.m_substringCount;
     std::copy(std::begin(other.m_substringStarts), std::end(other.m_substringStarts), m_substringStarts);
     std::copy(std::begin(other.m_substringLengths), std::end(other.m_substringLengths), m_substringLengths);
@@ -100,16 +117,25 @@ void RegExpression::StoreSubstrings(char const* text)
         m_substringStarts[count] = static_cast<int>(begin - text);
         m_substringLengths[count] = static_cast<int>(end - begin);
     }
-    if (count > 0)
-        Assign(m_match, m_compiled->m_groupStart[0], m_substringLengths[0]);
+    if (count > 0) {
+        char const* const begin = m_compiled->m_groupStart[0];
+        int const length = m_substringLengths[0];
+        if (length <= shortCapacity)
+            CopyShort(m_shortMatch, begin, static_cast<std::size_t>(length));
+        else
+            Assign(m_longMatch, begin, length);
+    }
     m_substringCount = count;
 }
 
 CString RegExpression::GetSubstring(int index) const
 {
-    return index >= 0 && index < m_substringCount
-               ? m_match.Mid(m_substringStarts[index] - m_substringStarts[0], m_substringLengths[index])
-               : CString();
+    if (index < 0 || index >= m_substringCount)
+        return CString();
+    int const first = m_substringStarts[index] - m_substringStarts[0];
+    int const length = m_substringLengths[index];
+    return m_substringLengths[0] <= shortCapacity ? CString(m_shortMatch + first, length)
+                                                  : m_longMatch.Mid(first, length);
 }
 
 int RegExpression::GetSubstringStart(int index) const
