@@ -183,7 +183,7 @@ TEST(ExpressionMatcher, StartsItsTablesAfreshWhenTheyAreFull)
     // So are those of the walk backwards; nothing that is kept grows beyond a few MB.
     text[15] = 'a';
     Compiled const backward =
-        Compile("([ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab])a([ab]*|[ab]*c)");
+        Compile("([ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab][ab])a([ab]*c|[ab]*)");
     AllocationLimit const limit(std::size_t(8) << 20);
     ASSERT_TRUE(SearchExpression(backward.get(), text.c_str(), text.size()));
     EXPECT_EQ(backward->m_groupEnd[1], text.c_str() + 15);
