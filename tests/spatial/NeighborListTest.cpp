@@ -16,6 +16,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 using Spatia::Point3d;
@@ -249,6 +250,61 @@ TEST(NeighborList, EqualsThePlainModelAndBruteForce)
     }
 }
 
+TEST(NeighborList, AnswersBetweenAdditions)
+{
+    Engine engine;
+    SCOPED_TRACE(engine.Describe());
+    for (int const hashSize : {1, 7, 1000003}) {
+        for (int const largestStep : {1, 3, 200}) {
+            NeighborList list(1.0, hashSize);
+            Points points;
+            for (int round = 0; round != 60; ++round) {
+                for (int n = engine.Integer(1, largestStep); n != 0; --n) {
+                    points.push_back(Anywhere(engine, -2, 2) + double(n % 2) * Point3d(644, 1, 644));
+                    list.Add(points.back());
+                }
+                PlainModel const model(points, 1.0, static_cast<unsigned int>(hashSize));
+                Point3d const query = Anywhere(engine, -2, 2);
+                IntArray first, second, neighbors;
+                Numbers modelFirst, modelSecond, modelNeighbors;
+                EXPECT_EQ(list.GetNeighbors(query, neighbors),
+                          model.GetNeighbors(query, 1.0, modelNeighbors));
+                EXPECT_EQ(ToNumbers(neighbors), modelNeighbors);
+                if (round % 7 == 0) {
+                    list.GetPairs(first, second);
+                    model.GetPairs(modelFirst, modelSecond);
+                    EXPECT_EQ(ToNumbers(first), modelFirst);
+                    EXPECT_EQ(ToNumbers(second), modelSecond);
+                }
+            }
+        }
+    }
+}
+
+// The first query sorts the points; here that is several at once.
+TEST(NeighborList, AnswersSeveralThreads)
+{
+    Engine engine;
+    SCOPED_TRACE(engine.Describe());
+    Points points;
+    std::generate_n(std::back_inserter(points), 3000, [&] { return Anywhere(engine, -4, 4); });
+    Numbers first, second;
+    PlainModel(points, 1.0, 7).GetPairs(first, second);
+    NeighborList list(1.0, 7);
+    for (Point3d const& point : points) {
+        list.Add(point);
+    }
+    std::array<IntArray, 4> firsts, seconds;
+    std::vector<std::thread> threads;
+    for (std::size_t n = 0; n != firsts.size(); ++n) {
+        threads.emplace_back([&list, &firsts, &seconds, n] { list.GetPairs(firsts[n], seconds[n]); });
+    }
+    for (std::size_t n = 0; n != firsts.size(); ++n) {
+        threads[n].join();
+        EXPECT_TRUE(ToNumbers(firsts[n]) == first && ToNumbers(seconds[n]) == second) << n;
+    }
+}
+
 struct OpenList : NeighborList
 {
     using NeighborList::GetIndex;
@@ -353,6 +409,10 @@ TEST(NeighborList, KeepsToItsShareOfMemory)
                     static_cast<std::size_t>(inTurn ? std::min(n + 1, voxelCount) : n / perVoxel + 1);
                 std::size_t const points = static_cast<std::size_t>(n) + 1;
                 std::size_t const share = 2 * sizeof(NeighborList::VoxelData) * points + 64 * voxels;
+                if (n % 4999 == 4998) {
+                    IntArray none;
+                    list.GetNeighbors(Point3d(0, 9, 9), none);
+                }
                 ASSERT_LE(VorlaneTest::GetAllocatedBytes() - before, share + beyond) << perVoxel << ", " << n;
             }
         }

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <climits>
 #include <string>
-#include <vector>
 
 namespace Vorlane {
 
@@ -30,72 +29,80 @@ public:
     /// Makes the array hold `count` numbers more, so that Append cannot fail.
     void Reserve(int count)
     {
-        if (count > INT_MAX - m_size) {
-            AfxThrowInvalidArgException("an array of " + std::to_string(m_size) + " numbers can't take " +
-                                        std::to_string(count) + " more");
-        }
-        int const needed = m_size + count;
-        if (needed > m_array.GetSize()) {
-            // In steps of an eighth, so that the copies of a large array stay in proportion to its size.
-            int const roomy = m_size + std::min(m_size / 8, INT_MAX - m_size);
-            m_array.SetSize(needed <= m_array.GetCapacity() ? needed : std::max(needed, roomy), -1);
+        if (count > m_array.GetSize() - m_size) {
+            Grow(count);
         }
     }
 
     void Append(int const* values, int count)
     {
-        std::copy_n(values, count, m_array.GetData() + m_size);
+        std::copy_n(values, count, GetEnd());
         m_size += count;
     }
 
+    /// Where the next number goes, and that `count` numbers have gone there.
+    int* GetEnd() { return m_array.GetData() + m_size; }
+    void Advance(int count) { m_size += count; }
+
+    /// Goes back to the beginning of the array, which keeps its storage.
+    void Restart() { m_size = 0; }
+
 private:
+    void Grow(int count)
+    {
+        if (count > INT_MAX - m_size) {
+            AfxThrowInvalidArgException("an array of " + std::to_string(m_size) + " numbers can't take " +
+                                        std::to_string(count) + " more");
+        }
+        // In steps of an eighth, so that the copies of a large array stay in proportion to its size.
+        int const needed = m_size + count;
+        int const roomy = m_size + std::min(m_size / 8, INT_MAX - m_size);
+        m_array.SetSize(needed <= m_array.GetCapacity() ? needed : std::max(needed, roomy), -1);
+    }
+
     IntArray& m_array;
     int m_size;
 };
 
-/// Appends pairs to two different arrays, by way of a buffer that stays in the processor's cache.
+/// Appends pairs to two different arrays.
 class PairAppender
 {
 public:
-    static constexpr int capacity = 8192;
+    PairAppender(IntArray& first, IntArray& second) : m_first(first), m_second(second) {}
 
-    PairAppender(IntArray& first, IntArray& second)
-        : m_first(first), m_second(second), m_firstBuffer(capacity), m_secondBuffer(capacity)
-    {}
-
-    /// Makes room for `count` pairs, at most `capacity`, at the ends of the buffers.
-    void MakeRoom(int count)
+    /// Makes room for `count` pairs at the ends of the arrays.
+    void Reserve(int count)
     {
-        if (m_count + count > capacity) {
-            Flush();
-        }
+        m_first.Reserve(count);
+        m_second.Reserve(count);
     }
 
-    /// The ends of the buffers. What was written there belongs to the pairs after Advance.
-    int* GetFirst() { return m_firstBuffer.data() + m_count; }
-    int* GetSecond() { return m_secondBuffer.data() + m_count; }
-    void Advance(int count) { m_count += count; }
-
-    /// The size of the arrays after a Flush, if they were equally long.
-    int GetCount() const { return m_first.GetSize() + m_count; }
-
-    void Flush()
+    /// The ends of the arrays. What was written there belongs to them after Advance.
+    int* GetFirstEnd() { return m_first.GetEnd(); }
+    int* GetSecondEnd() { return m_second.GetEnd(); }
+    void Advance(int count)
     {
-        if (m_count != 0) {
-            m_first.Reserve(m_count);
-            m_second.Reserve(m_count);
-            m_first.Append(m_firstBuffer.data(), m_count);
-            m_second.Append(m_secondBuffer.data(), m_count);
-            m_count = 0;
-        }
+        m_first.Advance(count);
+        m_second.Advance(count);
+    }
+    void Append(int const* firsts, int const* seconds, int count)
+    {
+        m_first.Append(firsts, count);
+        m_second.Append(seconds, count);
+    }
+
+    /// The number of pairs, if the arrays were empty.
+    int GetCount() const { return m_first.GetSize(); }
+
+    void Restart()
+    {
+        m_first.Restart();
+        m_second.Restart();
     }
 
 private:
     BlockAppender m_first;
     BlockAppender m_second;
-    std::vector<int> m_firstBuffer;
-    std::vector<int> m_secondBuffer;
-    int m_count = 0;
 };
 
 } // namespace Vorlane

@@ -3,46 +3,20 @@
 #include "vorlane/foundation/FrameworkSurface.h"
 #include "vorlane/spatial/BlockAppenderInternal.h"
 #include "vorlane/spatial/PairSearchInternal.h"
-#include "vorlane/spatial/VoxelGridInternal.h"
-#include "vorlane/spatial/VoxelStoreInternal.h"
+#include "vorlane/spatial/PointStoreInternal.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace Vorlane {
 
 using Spatia::Point3d;
 
 namespace {
-
-/// Puts the voxels at all offsets from the voxel (i, j, k) into `voxels`, null where there is none.
-void FindVoxels(VoxelStore const& store, int i, int j, int k,
-                VoxelStore::Voxel const* (&voxels)[allVoxelOffsets.size()])
-{
-    bool const isInterior = IsInterior(i, j, k);
-    for (std::size_t n = 0; n != allVoxelOffsets.size(); ++n) {
-        VoxelOffset const& offset = allVoxelOffsets[n];
-        bool const isVoxel = isInterior || IsInGrid(i, j, k, offset);
-        voxels[n] = isVoxel ? store.Find(MakeVoxelKey(i + offset.dx, j + offset.dy, k + offset.dz)) : nullptr;
-    }
-}
-
-/// The squared distances between `point` and the points of `line`, with the bits of Point3d::Distance2.
-struct LineDistances
-{
-    double squared[VoxelStore::lanes];
-
-    LineDistances(Point3d const& point, VoxelStore::Line const& line)
-    {
-        for (int lane = 0; lane != VoxelStore::lanes; ++lane) {
-            double const dx = point.x - line.x[lane];
-            double const dy = point.y - line.y[lane];
-            double const dz = point.z - line.z[lane];
-            squared[lane] = dx * dx + dy * dy + dz * dz;
-        }
-    }
-};
 
 /// Collects the neighbours of a point and finds the closest of them.
 class NeighborSearch
@@ -52,69 +26,78 @@ public:
         : m_point(point), m_distanceSquared(distanceSquared), m_best(best), m_neighbors(neighbors)
     {}
 
-    /// Takes a line in. Lines are collected, so that fetching them and testing them do not wait for one
-    /// another.
-    void Add(VoxelStore::Line const& line)
+    /// Takes the points of a cell in.
+    void Add(VoxelIndex::Cell const& cell)
     {
-        if (m_lineCount == lineCapacity) {
-            Test();
+        double const* const xs = cell.GetX();
+        double const* const ys = cell.GetY();
+        double const* const zs = cell.GetZ();
+        double const* const indices = cell.GetIndices();
+        for (std::size_t begin = 0; begin < cell.count; begin += block) {
+            std::size_t const size = std::min(block, cell.count - begin);
+            double squares[block];
+            // Up to a whole number of steps of four, with the bits of Point3d::Distance2.
+            for (std::size_t n = 0; n < size; n += 4) {
+                for (std::size_t lane = n; lane != n + 4; ++lane) {
+                    double const dx = m_point.x - xs[begin + lane];
+                    double const dy = m_point.y - ys[begin + lane];
+                    double const dz = m_point.z - zs[begin + lane];
+                    squares[lane] = dx * dx + dy * dy + dz * dz;
+                }
+            }
+            if (m_count + block > capacity) {
+                Flush();
+            }
+            // Whether a point is near is hard to predict: write each one, and count those that are.
+            for (std::size_t n = 0; n != size; ++n) {
+                m_indices[m_count] = static_cast<int>(indices[begin + n]);
+                m_squares[m_count] = squares[n];
+                m_count += squares[n] < m_distanceSquared ? 1 : 0;
+            }
         }
-        m_lines[m_lineCount++] = &line;
     }
 
     /// Hands over what was found; the index of the closest point, -1 for none.
     int Finish()
     {
-        Test();
+        Flush();
         return m_closest;
     }
 
 private:
-    void Test()
+    void Flush()
     {
-        constexpr int capacity = lineCapacity * VoxelStore::lanes;
-        int indices[capacity];
-        double squares[capacity];
-        int count = 0;
-        for (int n = 0; n != m_lineCount; ++n) {
-            // Whether a point is near is hard to predict: write each one, and count those that are.
-            VoxelStore::Line const& line = *m_lines[n];
-            LineDistances const distances(m_point, line);
-            for (int lane = 0; lane != VoxelStore::lanes; ++lane) {
-                indices[count] = line.index[lane];
-                squares[count] = distances.squared[lane];
-                count += distances.squared[lane] < m_distanceSquared ? 1 : 0;
-            }
-        }
-        m_lineCount = 0;
-        if (count == 0) {
+        if (m_count == 0) {
             return;
         }
-        for (int i = 0; i != count; ++i) {
-            if (squares[i] < m_best) {
-                m_best = squares[i];
-                m_closest = indices[i];
+        for (std::size_t n = 0; n != m_count; ++n) {
+            if (m_squares[n] < m_best) {
+                m_best = m_squares[n];
+                m_closest = m_indices[n];
             }
         }
-        m_neighbors.Reserve(count);
-        m_neighbors.Append(indices, count);
+        m_neighbors.Reserve(static_cast<int>(m_count));
+        m_neighbors.Append(m_indices, static_cast<int>(m_count));
+        m_count = 0;
     }
 
-    static constexpr int lineCapacity = 256;
+    static constexpr std::size_t block = 32;
+    static constexpr std::size_t capacity = 512;
 
     Point3d m_point;
     double m_distanceSquared;
     double m_best;
     int m_closest = -1;
     BlockAppender m_neighbors;
-    int m_lineCount = 0;
-    VoxelStore::Line const* m_lines[lineCapacity];
+    std::size_t m_count = 0;
+    int m_indices[capacity];
+    double m_squares[capacity];
 };
 
 } // namespace
 
 NeighborList::NeighborList(double cutoff, int hashSize)
-    : m_voxels(AfxWithMemoryException([] { return std::make_unique<VoxelStore>(); }))
+    : m_points(AfxWithMemoryException([] { return std::make_unique<PointStore>(); }))
 {
     if (!(cutoff > 0.0)) {
         return;
@@ -139,8 +122,15 @@ int NeighborList::Add(Point3d const& point)
     if (m_count == INT_MAX) {
         AfxThrowInvalidArgException("a neighbour list can't hold more than 2147483647 points");
     }
-    AfxWithMemoryException([&] { m_voxels->Add(GetIndex(point), m_count, point); });
+    AfxWithMemoryException([&] { m_points->Add(point); });
     return m_count++;
+}
+
+std::vector<VoxelIndex> const& NeighborList::GetIndexes() const
+{
+    return AfxWithMemoryException([&]() -> std::vector<VoxelIndex> const& {
+        return m_points->GetIndexes([this](Point3d const& point) { return GetIndex(point); });
+    });
 }
 
 int NeighborList::GetNeighbors(Point3d const& point, double distance, IntArray& neighbors) const
@@ -148,13 +138,28 @@ int NeighborList::GetNeighbors(Point3d const& point, double distance, IntArray& 
     if (m_voxelsPerAxis == 0) {
         return -1;
     }
-    VoxelStore::Voxel const* voxels[allVoxelOffsets.size()];
-    FindVoxels(*m_voxels, GetSubIndex(point.x), GetSubIndex(point.y), GetSubIndex(point.z), voxels);
+    auto const& indexes = GetIndexes();
+    int const i = GetSubIndex(point.x);
+    int const j = GetSubIndex(point.y);
+    int const k = GetSubIndex(point.z);
+    // The cells around the point in each index, by GetPlace.
+    std::uint32_t cells[PointStore::mostIndexes][allVoxelOffsets.size()];
+    for (std::size_t n = 0; n != indexes.size(); ++n) {
+        std::uint32_t* row = cells[n];
+        for (int dx = -1; dx != 2; ++dx) {
+            for (int dy = -1; dy != 2; ++dy) {
+                indexes[n].FindCells(static_cast<std::uint32_t>(MakeVoxelKey(i + dx, j + dy, k - 1)), 3, row);
+                row += 3;
+            }
+        }
+    }
     NeighborSearch search(point, distance * distance, m_maximum, neighbors);
-    for (VoxelStore::Voxel const* voxel : voxels) {
-        if (voxel != nullptr) {
-            m_voxels->ForEachLine(voxel->firstLine, voxel->count,
-                                  [&](VoxelStore::Line const& line) { search.Add(line); });
+    bool const isInterior = IsInterior(i, j, k);
+    for (VoxelOffset const& offset : allVoxelOffsets) {
+        if (isInterior || IsInGrid(i, j, k, offset)) {
+            for (std::size_t n = 0; n != indexes.size(); ++n) {
+                search.Add(indexes[n].GetCell(cells[n][GetPlace(offset)]));
+            }
         }
     }
     return search.Finish();
@@ -181,8 +186,17 @@ int NeighborList::GetPairs(IntArray& first, IntArray& second) const
         }
         return first.GetSize();
     }
-    AfxWithMemoryException(
-        [&] { PairSearch(*m_voxels, m_cutoffSquared).AppendPairs(m_hashSize, first, second); });
+    std::vector<VoxelIndex> const& indexes = GetIndexes();
+    if (indexes.empty()) {
+        return first.GetSize();
+    }
+    AfxWithMemoryException([&] {
+        std::optional<VoxelIndex> merged;
+        for (std::size_t n = indexes.size(); n-- > 1;) {
+            merged = VoxelIndex(indexes[n - 1], merged ? *merged : indexes[n]);
+        }
+        PairSearch(merged ? *merged : indexes[0], m_cutoffSquared).AppendPairs(m_hashSize, first, second);
+    });
     return first.GetSize();
 }
 

@@ -9,10 +9,12 @@
 #include "vorlane/foundation/ValueTypes.h"
 
 #include <memory>
+#include <vector>
 
 namespace Vorlane {
 
-class VoxelStore;
+class PointStore;
+class VoxelIndex;
 
 /// A sparse grid of cubic voxels whose edge is the cutoff; only voxels with points in them take memory.
 ///
@@ -27,6 +29,10 @@ class VoxelStore;
 /// All distances are compared as squares and strictly: points exactly a cutoff apart are not a pair.
 ///
 /// Memory: at most 64 bytes a point and 64 bytes a voxel, and 16 kilobytes.
+///
+/// The first query after Add sorts the new points, and takes memory for that too; so the cost of a point is
+/// mostly paid there. Points and queries may well come by turns. Queries may run side by side on several
+/// threads, as long as no Add runs.
 ///
 /// Source: B. Quentrec and C. Brot, "New method for searching for neighbors in molecular dynamics
 /// computations", Journal of Computational Physics 13 (1973).
@@ -51,7 +57,7 @@ public:
     NeighborList(NeighborList const&) = delete;
     NeighborList& operator=(NeighborList const&) = delete;
 
-    /// Stores a copy of `point` and gives its index: 0, 1, 2 and so on. Amortised constant time.
+    /// Stores a copy of `point` and gives its index: 0, 1, 2 and so on. Constant time.
     ///
     /// \throws CMemoryException and leaves the list as it was.
     int Add(Spatia::Point3d const& point);
@@ -79,9 +85,9 @@ public:
     /// bucket the newest voxel comes first; then come the pairs inside the voxel and those with 13 of its
     /// neighbours in the order of a fixed table. Within a voxel, `first` holds the smaller index.
     ///
-    /// Takes time in proportion to points and pairs inside the grid. For the call it takes some 40 bytes a
-    /// point and 60 bytes a voxel of memory, and with up to 8 points to a voxel, on average, as much again as
-    /// the results.
+    /// Takes time in proportion to points and pairs inside the grid. With up to 8 points to a voxel, on
+    /// average, it takes as much memory for the call as the results of the largest bucket; and where points
+    /// and queries came by turns, some 32 bytes a point and 64 bytes a voxel.
     ///
     /// \throws CInvalidArgException if there are more pairs than an array can hold.
     int GetPairs(IntArray& first, IntArray& second) const;
@@ -95,6 +101,8 @@ protected:
     int GetIndex(Spatia::Point3d const& point) const;
 
 private:
+    std::vector<VoxelIndex> const& GetIndexes() const;
+
     int m_count = 0;
     double m_cutoff = 0.0;
     double m_inverseCutoff = 0.0;
@@ -104,7 +112,7 @@ private:
     int m_voxelsPerAxis = 0;
     int m_voxelsPerPlane = 0;
     unsigned int m_hashSize = 17;
-    std::unique_ptr<VoxelStore> m_voxels;
+    std::unique_ptr<PointStore> m_points;
 };
 
 inline int NeighborList::GetSubIndex(double coordinate) const

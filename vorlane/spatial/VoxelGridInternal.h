@@ -2,6 +2,7 @@
 #define VORLANE_SPATIAL_VOXELGRIDINTERNAL_H
 
 #include <array>
+#include <cstddef>
 
 namespace Vorlane {
 
@@ -45,6 +46,12 @@ constexpr std::array<VoxelOffset, 13> halfVoxelOffsets = {{
     {0, -1, 1},
     {1, -1, 1}, //
 }};
+
+/// A number below 27 for each offset, by dx, then dy, then dz.
+constexpr std::size_t GetPlace(VoxelOffset const& offset)
+{
+    return static_cast<std::size_t>((offset.dx + 1) * 9 + (offset.dy + 1) * 3 + offset.dz + 1);
+}
 
 /// The key of the voxel (i, j, k); also the difference of keys that belongs to an offset.
 constexpr int MakeVoxelKey(int i, int j, int k)
