@@ -433,18 +433,17 @@ ScannedReal ScanUnsigned(char const* first, char const* last)
 ScannedReal ScanReal(char const* first, char const* last)
 {
     char const* position = SkipWhiteSpace(first, last);
-    // Signs come as they like, so nothing branches on them.
-    char const sign = position != last ? *position : '\0';
-    bool const negative = sign == '-';
-    position += static_cast<int>(negative) | static_cast<int>(sign == '+');
+    bool const negative = position != last && *position == '-';
+    if (position != last && (*position == '-' || *position == '+')) {
+        ++position;
+    }
     ScannedReal number = ScanUnsigned(position, last);
     if (number.end == position) {
         return {0.0, first, false};
     }
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &number.value, sizeof bits);
-    bits ^= static_cast<std::uint64_t>(negative) << 63;
-    std::memcpy(&number.value, &bits, sizeof bits);
+    if (negative) {
+        number.value = -number.value;
+    }
     return number;
 }
 
