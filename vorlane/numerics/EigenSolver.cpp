@@ -59,14 +59,87 @@ private:
     T m_inline[inlineSize];
 };
 
-// The functions below take the dimension as `int` or as a constant: for the matrices of the best fits, of 3
-// and 4 rows, the compiler unrolls them.
+// The functions below take numbers of rows as `int` or as constants, and matrices as tables of rows or as
+// arrays. With constants and arrays, as the matrices of the best fits have them, the compiler unrolls every
+// loop and keeps the tridiagonal form in registers: what is left is the time of the divisions and roots, each
+// of which waits for the one before.
 template <int value>
 using Constant = std::integral_constant<int, value>;
 
+template <int left, int right>
+constexpr Constant<left - right> operator-(Constant<left>, Constant<right>)
+{
+    return {};
+}
+
+template <int left, int right>
+constexpr Constant<left + right> operator+(Constant<left>, Constant<right>)
+{
+    return {};
+}
+
+constexpr Constant<0> zero;
+constexpr Constant<1> one;
+
+/// Calls step(i) for i from `first` to `last`, both included. Constants give constants.
+template <typename Step>
+void CountUp(int first, int last, Step const& step)
+{
+    for (int i = first; i <= last; ++i) {
+        step(i);
+    }
+}
+
+template <int first, int last, typename Step>
+void CountUp(Constant<first>, Constant<last>, Step const& step)
+{
+    if constexpr (first <= last) {
+        step(Constant<first>());
+        CountUp(Constant<first + 1>(), Constant<last>(), step);
+    }
+}
+
+/// The same from `first` down to `last`.
+template <typename Step>
+void CountDown(int first, int last, Step const& step)
+{
+    for (int i = first; i >= last; --i) {
+        step(i);
+    }
+}
+
+template <int first, int last, typename Step>
+void CountDown(Constant<first>, Constant<last>, Step const& step)
+{
+    if constexpr (first >= last) {
+        step(Constant<first>());
+        CountDown(Constant<first - 1>(), Constant<last>(), step);
+    }
+}
+
+/// Calls step(value) with `value` as a constant where the bounds are: it lies from `first` to `last`.
+template <typename Step>
+void AsConstant(int value, int /*first*/, int /*last*/, Step const& step)
+{
+    step(value);
+}
+
+template <int first, int last, typename Step>
+void AsConstant(int value, Constant<first>, Constant<last>, Step const& step)
+{
+    if constexpr (first <= last) {
+        if (value == last) {
+            step(Constant<last>());
+        } else {
+            AsConstant(value, Constant<first>(), Constant<last - 1>(), step);
+        }
+    }
+}
+
 /// Adds factors[0] · rows[0], factors[1] · rows[1] and so on to `sums`, one after the other, in `columns`
 /// columns from `firstColumn` on.
-void AddRows(double* sums, double const* const* rows, int firstColumn, int columns, double const* factors,
+template <typename Rows>
+void AddRows(double* sums, Rows const& rows, int firstColumn, int columns, double const* factors,
              int rowCount)
 {
     int r = 0;
@@ -92,18 +165,27 @@ void AddRows(double* sums, double const* const* rows, int firstColumn, int colum
     }
 }
 
+/// The same from column 0 on in a matrix of the best fits.
+template <typename Rows, int columns, int rowCount>
+void AddRows(double* sums, Rows const& rows, Constant<0>, Constant<columns>, double const* factors,
+             Constant<rowCount>)
+{
+    CountUp(zero, Constant<rowCount>() - one, [&](auto r) {
+        CountUp(zero, Constant<columns>() - one, [&](auto c) { sums[c] += factors[r] * rows[r][c]; });
+    });
+}
+
 /// One step of the reduction: reflects row `i` of the leading block of `i + 1` rows onto its last
 /// off-diagonal element, e[i], and transforms the block above with it. Leaves the vector of the reflection in
 /// row `i`, divided by the result in column `i`, and gives half its squared length, or 0 if there was nothing
 /// to reflect.
-double ReflectRow(double** a, int i, double* e)
+template <typename Rows, typename Index>
+double ReflectRow(Rows& a, Index i, double* e)
 {
     double* const u = a[i];
     double scale = 0.0;
     if (i > 1) {
-        for (int k = 0; k < i; ++k) {
-            scale += std::fabs(u[k]);
-        }
+        CountUp(zero, i - one, [&](auto k) { scale += std::fabs(u[k]); });
     }
     if (scale == 0.0) {
         e[i] = u[i - 1];
@@ -111,43 +193,40 @@ double ReflectRow(double** a, int i, double* e)
     }
 
     double h = 0.0;
-    for (int k = 0; k < i; ++k) {
+    CountUp(zero, i - one, [&](auto k) {
         u[k] /= scale;
         h += u[k] * u[k];
-    }
+    });
     double const last = u[i - 1];
     double const g = last > 0.0 ? -std::sqrt(h) : std::sqrt(h);
     e[i] = scale * g;
     h -= last * g;
     u[i - 1] = last - g;
 
-    std::fill_n(e, i, 0.0);
-    AddRows(e, a, 0, i, u, i);
+    std::fill_n(e, static_cast<int>(i), 0.0);
+    AddRows(e, a, zero, i, u, i);
     double f = 0.0;
-    for (int j = 0; j < i; ++j) {
+    CountUp(zero, i - one, [&](auto j) {
         a[j][i] = u[j] / h;
         e[j] /= h;
         f += e[j] * u[j];
-    }
+    });
     double const hh = f / (h + h);
-    for (int j = 0; j < i; ++j) {
-        e[j] -= hh * u[j];
-    }
+    CountUp(zero, i - one, [&](auto j) { e[j] -= hh * u[j]; });
     // Mirror images get the same two products and the same sum, so that the block stays exactly symmetric.
-    for (int j = 0; j < i; ++j) {
-        double* const row = a[j];
+    CountUp(zero, i - one, [&](auto j) {
+        auto& row = a[j];
         double const uj = u[j];
         double const ej = e[j];
-        for (int k = 0; k < i; ++k) {
-            row[k] -= uj * e[k] + ej * u[k];
-        }
-    }
+        CountUp(zero, i - one, [&](auto k) { row[k] -= uj * e[k] + ej * u[k]; });
+    });
     return h;
 }
 
 /// Applies reflection `i`, kept in row and column `i`, to the leading block of `i` rows, which holds the
 /// product of the reflections before it.
-void AccumulateReflection(double** a, int i)
+template <typename Rows, typename Index>
+void AccumulateReflection(Rows& a, Index i)
 {
     for (int first = 0; first < i; first += panelWidth) {
         int const columns = std::min(panelWidth, i - first);
@@ -166,8 +245,8 @@ void AccumulateReflection(double** a, int i)
 
 /// Reduces the symmetric matrix `a` to tridiagonal form with the diagonal `d` and the subdiagonal `e`, where
 /// e[i] links rows i - 1 and i and e[0] is 0. `a` becomes the orthogonal matrix of the reduction.
-template <typename Dimension>
-void ReduceToTridiagonal(double** a, Dimension n, double* d, double* e)
+template <typename Rows, typename Dimension>
+void ReduceToTridiagonal(Rows& a, Dimension n, double* d, double* e)
 {
     // Zeros of different sign count as symmetric. The lower triangle is the one to work on.
     for (int i = 1; i < n; ++i) {
@@ -175,12 +254,10 @@ void ReduceToTridiagonal(double** a, Dimension n, double* d, double* e)
             a[j][i] = a[i][j];
         }
     }
-    for (int i = n - 1; i >= 1; --i) {
-        d[i] = ReflectRow(a, i, e);
-    }
+    CountDown(n - one, one, [&](auto i) { d[i] = ReflectRow(a, i, e); });
     d[0] = 0.0;
     e[0] = 0.0;
-    for (int i = 0; i < n; ++i) {
+    CountUp(zero, n - one, [&](auto i) {
         if (d[i] != 0.0) {
             AccumulateReflection(a, i);
         }
@@ -190,12 +267,12 @@ void ReduceToTridiagonal(double** a, Dimension n, double* d, double* e)
             a[i][j] = 0.0;
             a[j][i] = 0.0;
         }
-    }
+    });
 }
 
 /// The first row from `l` on whose subdiagonal element is negligible beside its diagonal neighbours.
-template <typename Dimension>
-int FindSplit(double const* d, double const* e, int l, Dimension n)
+template <typename Index, typename Dimension>
+int FindSplit(double const* d, double const* e, Index l, Dimension n)
 {
     for (int m = l; m < n - 1; ++m) {
         double const dd = std::fabs(d[m]) + std::fabs(d[m + 1]);
@@ -210,17 +287,17 @@ int FindSplit(double const* d, double const* e, int l, Dimension n)
 template <typename Dimension>
 void RotatePair(double* lower, double* upper, Dimension n, double c, double s)
 {
-    for (int k = 0; k < n; ++k) {
+    CountUp(zero, n - one, [&](auto k) {
         double const f = upper[k];
         upper[k] = s * lower[k] + c * f;
         lower[k] = c * lower[k] - s * f;
-    }
+    });
 }
 
 /// One sweep with an implicit shift over the rows `l` to `m` of the tridiagonal form; row j of `z` is the
 /// vector that belongs to d[j].
-template <typename Dimension>
-void SweepImplicitly(double* d, double* e, int l, int m, double** z, Dimension n)
+template <typename First, typename Last, typename Rows, typename Dimension>
+void SweepImplicitly(double* d, double* e, First l, Last m, Rows& z, Dimension n)
 {
     double g = (d[l + 1] - d[l]) / (e[l] + e[l]);
     double r = std::sqrt(1.0 + g * g);
@@ -228,27 +305,31 @@ void SweepImplicitly(double* d, double* e, int l, int m, double** z, Dimension n
     double s = 1.0;
     double c = 1.0;
     double p = 0.0;
-    for (int i = m - 1; i >= l; --i) {
-        // The rotation that takes (g, f) to one axis, by the quotient that is at most 1; without a branch,
-        // since nothing would predict it.
+    CountDown(m - one, l, [&](auto i) {
+        // The rotation that takes (g, f) to one axis, by the quotient that is at most 1. A branch: a choice
+        // among values would lengthen the chain from one rotation to the next.
         double const f = s * e[i];
         double const b = c * e[i];
-        bool const isSteep = std::fabs(f) >= std::fabs(g);
-        double const longSide = isSteep ? f : g;
-        double const quotient = (isSteep ? g : f) / longSide;
-        r = std::sqrt(1.0 + quotient * quotient);
-        e[i + 1] = longSide * r;
-        double const longPart = 1.0 / r;
-        double const shortPart = quotient * longPart;
-        s = isSteep ? longPart : shortPart;
-        c = isSteep ? shortPart : longPart;
+        if (std::fabs(f) >= std::fabs(g)) {
+            c = g / f;
+            r = std::sqrt(1.0 + c * c);
+            e[i + 1] = f * r;
+            s = 1.0 / r;
+            c *= s;
+        } else {
+            s = f / g;
+            r = std::sqrt(1.0 + s * s);
+            e[i + 1] = g * r;
+            c = 1.0 / r;
+            s *= c;
+        }
         g = d[i + 1] - p;
         r = (d[i] - g) * s + 2.0 * c * b;
         p = s * r;
         d[i + 1] = g + p;
         g = c * r - b;
         RotatePair(z[i], z[i + 1], n, c, s);
-    }
+    });
     d[l] -= p;
     e[l] = g;
     e[m] = 0.0;
@@ -256,45 +337,72 @@ void SweepImplicitly(double* d, double* e, int l, int m, double** z, Dimension n
 
 /// Sweeps until the subdiagonal element below row `l` is negligible; d[l] is then an eigenvalue. False if
 /// that takes too many sweeps. If both sides of a rotation are 0 it becomes NaN, and that ends here too.
-template <typename Dimension>
-bool IsolateEigenvalue(double* d, double* e, int l, double** z, Dimension n)
+template <typename Index, typename Rows, typename Dimension>
+bool IsolateEigenvalue(double* d, double* e, Index l, Rows& z, Dimension n)
 {
-    int m = FindSplit(d, e, l, n);
-    for (int sweeps = 0; m != l; ++sweeps) {
+    int split = FindSplit(d, e, l, n);
+    for (int sweeps = 0; split != l; ++sweeps) {
         if (sweeps == maximumSweeps) {
             return false;
         }
-        SweepImplicitly(d, e, l, m, z, n);
-        m = FindSplit(d, e, l, n);
+        AsConstant(split, l + one, n - one, [&](auto m) { SweepImplicitly(d, e, l, m, z, n); });
+        split = FindSplit(d, e, l, n);
     }
     return true;
+}
+
+/// Exchanges rows and columns.
+template <typename Rows, typename Dimension>
+void TransposeRows(Rows& rows, Dimension n)
+{
+    for (int row = 1; row < n; ++row) {
+        for (int column = 0; column < row; ++column) {
+            std::swap(rows[row][column], rows[column][row]);
+        }
+    }
 }
 
 /// Finds the eigenvalues of the tridiagonal form and leaves them, unsorted, in `d`; `z` enters as the matrix
 /// of the reduction and leaves with the eigenvector of d[k] in column k. Gives 0, or -1 if the limit of
 /// sweeps was reached.
-template <typename Dimension>
-int DiagonalizeTridiagonal(double* d, double* e, Dimension n, double** z)
+template <typename Rows, typename Dimension>
+int DiagonalizeTridiagonal(double* d, double* e, Dimension n, Rows& z)
 {
     for (int i = 1; i < n; ++i) {
         e[i - 1] = e[i];
     }
     e[n - 1] = 0.0;
-    EigenSolver::Transpose(z, n);
-    int l = 0;
-    while (l < n && IsolateEigenvalue(d, e, l, z, n)) {
-        ++l;
-    }
-    EigenSolver::Transpose(z, n);
-    return l == n ? 0 : -1;
+    TransposeRows(z, n);
+    bool isDone = true;
+    CountUp(zero, n - one, [&](auto l) { isDone = isDone && IsolateEigenvalue(d, e, l, z, n); });
+    TransposeRows(z, n);
+    return isDone ? 0 : -1;
 }
 
-template <typename Dimension>
-bool Solve(double** rows, Dimension n, double* eigenvalues)
+bool Solve(double** rows, int n, double* eigenvalues)
 {
     Scratch<double> subdiagonal(n);
     ReduceToTridiagonal(rows, n, eigenvalues, subdiagonal);
     return DiagonalizeTridiagonal(eigenvalues, subdiagonal, n, rows) == 0;
+}
+
+/// The same on arrays of its own.
+template <int dimension>
+bool Solve(double** rows, Constant<dimension> n, double* eigenvalues)
+{
+    double z[dimension][dimension];
+    double d[dimension];
+    double e[dimension];
+    for (int i = 0; i < dimension; ++i) {
+        std::copy_n(rows[i], dimension, z[i]);
+    }
+    ReduceToTridiagonal(z, n, d, e);
+    bool const isDone = DiagonalizeTridiagonal(d, e, n, z) == 0;
+    for (int i = 0; i < dimension; ++i) {
+        std::copy_n(z[i], dimension, rows[i]);
+    }
+    std::copy_n(d, dimension, eigenvalues);
+    return isDone;
 }
 
 struct IndexedEigenvalue
@@ -359,11 +467,7 @@ bool IsSymmetric(double const* const* rows, int dimension)
 
 void Transpose(double** rows, int dimension)
 {
-    for (int row = 1; row < dimension; ++row) {
-        for (int column = 0; column < row; ++column) {
-            std::swap(rows[row][column], rows[column][row]);
-        }
-    }
+    TransposeRows(rows, dimension);
 }
 
 bool SolveSymmetric(double** rows, int dimension, double* eigenvalues)
