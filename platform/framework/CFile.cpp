@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <sys/stat.h>
+#include <typeinfo>
 #include <unistd.h>
 
 namespace {
@@ -219,7 +220,7 @@ void CMemFile::Write(void const* bytes, unsigned int count)
 
 unsigned char const* CMemFile::ReadInPlace(unsigned int count)
 {
-    if (count > m_bytes.size() - m_position) {
+    if (typeid(*this) != typeid(CMemFile) || count > m_bytes.size() - m_position) {
         return nullptr;
     }
     m_position += count;
@@ -228,6 +229,9 @@ unsigned char const* CMemFile::ReadInPlace(unsigned int count)
 
 unsigned char* CMemFile::WriteInPlace(unsigned int count)
 {
+    if (typeid(*this) != typeid(CMemFile)) {
+        return nullptr;
+    }
     std::size_t const end = m_position + count;
     if (end > m_bytes.size()) {
         AfxWithMemoryException([&] { m_bytes.resize(end); });

@@ -16,8 +16,7 @@
 /// CFileException with the path and a cause: `fileNotFound`, `accessDenied`, `diskFull`, `hardIO` or
 /// `generic`.
 ///
-/// Derived classes may stand for other places; they override the virtual operations, and whoever changes Read
-/// or Write of a class that knows ReadInPlace or WriteInPlace changes those too.
+/// Derived classes may stand for other places; they override the virtual operations.
 class VORLANE_PLATFORM_EXPORT CFile
 {
 public:
@@ -108,9 +107,10 @@ public:
     /// Overwrites and extends, also with bytes of this file; a failed allocation raises CMemoryException.
     void Write(void const* bytes, unsigned int count) override;
 
+    /// These give null to a derived class, whose own Read and Write thus see every byte.
+    ///
+    /// \throws CMemoryException if the file cannot be extended.
     unsigned char const* ReadInPlace(unsigned int count) override;
-
-    /// Overwrites and extends; a failed allocation raises CMemoryException.
     unsigned char* WriteInPlace(unsigned int count) override;
 
     /// Do nothing: the content stays, and the file can be used on.

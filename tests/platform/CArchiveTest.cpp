@@ -399,3 +399,32 @@ TEST(CArchiveTest, ArchivesMayFollowEachOtherInAFile)
         EXPECT_EQ(number, expected);
     }
 }
+
+TEST(CArchiveTest, ADerivedFileSeesEveryByte)
+{
+    struct Watched : CMemFile
+    {
+        unsigned int Read(void* bytes, unsigned int count) override
+        {
+            unsigned int const taken = CMemFile::Read(bytes, count);
+            seen += taken;
+            return taken;
+        }
+        void Write(void const* bytes, unsigned int count) override
+        {
+            seen += count;
+            CMemFile::Write(bytes, count);
+        }
+        unsigned int seen = 0;
+    };
+    // Blocks larger than the buffer, which a plain CMemFile hands out from its own memory.
+    char const block[100] = {};
+    Watched file;
+    EXPECT_EQ(CArchive(&file, CArchive::store, 16).WriteInPlace(sizeof block), nullptr);
+    file.Write(block, sizeof block);
+    file.SeekToBegin();
+    EXPECT_EQ(CArchive(&file, CArchive::load, 16).ReadInPlace(sizeof block), nullptr);
+    EXPECT_EQ(file.seen, sizeof block);
+    CMemFile plain;
+    EXPECT_NE(CArchive(&plain, CArchive::store, 16).WriteInPlace(sizeof block), nullptr);
+}
