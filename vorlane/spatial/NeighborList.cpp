@@ -148,7 +148,7 @@ int NeighborList::GetNeighbors(Point3d const& point, double distance, IntArray& 
         std::uint32_t* row = cells[n];
         for (int dx = -1; dx != 2; ++dx) {
             for (int dy = -1; dy != 2; ++dy) {
-                indexes[n].FindCells(static_cast<std::uint32_t>(MakeVoxelKey(i + dx, j + dy, k - 1)), 3, row);
+                indexes[n].FindCells(MakeVoxelKey(i + dx, j + dy, k - 1), 3, row);
                 row += 3;
             }
         }

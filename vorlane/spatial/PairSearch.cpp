@@ -129,9 +129,8 @@ void PairSearch::FindAround(std::uint32_t run)
     m_run = run;
     for (int dx = -1; dx != 2; ++dx) {
         for (int dy = -1; dy != 2; ++dy) {
-            std::uint32_t const firstKey =
-                run * runSize + static_cast<std::uint32_t>(MakeVoxelKey(dx, dy, -1));
-            m_index.FindCells(firstKey, runSize + 2, m_around[dx + 1][dy + 1]);
+            m_index.FindCells(run * runSize + MakeVoxelKey(dx, dy, -1), runSize + 2,
+                              m_around[dx + 1][dy + 1]);
         }
     }
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace Vorlane {
 
@@ -53,10 +54,14 @@ constexpr std::size_t GetPlace(VoxelOffset const& offset)
     return static_cast<std::size_t>((offset.dx + 1) * 9 + (offset.dy + 1) * 3 + offset.dz + 1);
 }
 
-/// The key of the voxel (i, j, k); also the difference of keys that belongs to an offset.
-constexpr int MakeVoxelKey(int i, int j, int k)
+/// The key of the voxel (i, j, k); also, with wrap-around, the difference of keys that belongs to an offset.
+constexpr std::uint32_t MakeVoxelKey(int i, int j, int k)
 {
-    return (i * voxelsPerAxis + j) * voxelsPerAxis + k;
+    constexpr std::uint32_t perAxis = voxelsPerAxis;
+    auto const place = [](int coordinate) {
+        return static_cast<std::uint32_t>(coordinate);
+    };
+    return (place(i) * perAxis + place(j)) * perAxis + place(k);
 }
 
 /// Whether the voxel at `offset` from the voxel (i, j, k) lies in the grid.
