@@ -1,52 +1,40 @@
 #include "vorlane/coordination/CoordinationGeometry.h"
 
-#include "gtest/gtest.h"
-
+#include "tests/support/PointArrays.h"
 #include "tests/support/Seed.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <numeric>
-#include <vector>
 
 using namespace Vorlane;
 using namespace Vorlane::CoordinationGeometry;
+using namespace VorlaneTest;
 using Spatia::Point3d;
-using PointArray = Orrin::LegacyArray<Point3d>;
 using Labelling = std::vector<std::size_t>; ///< the ligand, counted from 0, on each site
 
 namespace {
 
-CoordinationGeometryType const measured[] = {
-    trigonalPyramidal,
-    tShaped,
-    tetrahedral,
-    squarePlanar,
-    trigonalPlanarPyramidal,
-    seeSaw,
-    ss4tbpy5,
-    octahedral,
-    trigonalBipyramidal,
-    squarePlanarPyramidal,
-    trigonalPrismatic,
-    trigonalAntiprismatic,
-};
+CoordinationGeometryType const measured[] = {trigonalPyramidal,
+                                             tShaped,
+                                             tetrahedral,
+                                             squarePlanar,
+                                             trigonalPlanarPyramidal,
+                                             seeSaw,
+                                             ss4tbpy5,
+                                             octahedral,
+                                             trigonalBipyramidal,
+                                             squarePlanarPyramidal,
+                                             trigonalPrismatic,
+                                             trigonalAntiprismatic};
 
 /// The ideal sites without the metal.
-std::vector<Point3d> IdealLigands(CoordinationGeometryType type)
+Points IdealLigands(CoordinationGeometryType type)
 {
     PointArray points;
     SS4GeometryConstraint const equatorial(2.0 * std::acos(-1.0) / 3.0);
     GetCoordinates(type == ss4tbpy5 ? seeSaw : type, points, type == ss4tbpy5 ? &equatorial : nullptr);
     return {points.begin() + 1, points.end()};
-}
-
-PointArray Points(std::vector<Point3d> const& points)
-{
-    PointArray array;
-    std::for_each(points.begin(), points.end(), [&](Point3d const& point) { array.push_back(point); });
-    return array;
 }
 
 double Cosine(Point3d const& a, Point3d const& b)
@@ -62,8 +50,7 @@ Labelling Identity(std::size_t size)
 }
 
 /// The measure of one labelling, straight from its definition.
-double Cost(std::vector<Point3d> const& ideal, std::vector<Point3d> const& ligands,
-            Labelling const& ligandOnSite)
+double Cost(Points const& ideal, Points const& ligands, Labelling const& ligandOnSite)
 {
     double cost = 0.0;
     for (std::size_t s = 0; s < ideal.size(); ++s) {
@@ -75,7 +62,7 @@ double Cost(std::vector<Point3d> const& ideal, std::vector<Point3d> const& ligan
     return cost;
 }
 
-double BruteForce(std::vector<Point3d> const& ideal, std::vector<Point3d> const& ligands)
+double BruteForce(Points const& ideal, Points const& ligands)
 {
     Labelling labelling = Identity(ideal.size());
     double best = Cost(ideal, ligands, labelling);
@@ -102,15 +89,14 @@ Labelling Read(IntArray const& assignment, CoordinationGeometryType type)
 }
 
 /// The deviation, after a look at its row: the row must give it under its meaning.
-double CheckedDeviation(std::vector<Point3d> const& ideal, std::vector<Point3d> const& ligands,
-                        CoordinationGeometryType type)
+double CheckedDeviation(Points const& ideal, Points const& ligands, CoordinationGeometryType type)
 {
     IntArray assignment(2, 0);
-    double const deviation = DeviationFromIdealCoordinationGeometry(Points(ligands), type, assignment);
+    double const deviation = DeviationFromIdealCoordinationGeometry(ToArray(ligands), type, assignment);
     Labelling const labelling = Read(assignment, type);
     EXPECT_EQ(labelling.size(), ideal.size());
     EXPECT_NEAR(labelling.empty() ? -1.0 : Cost(ideal, ligands, labelling), deviation, 1e-12);
-    EXPECT_EQ(DeviationFromIdealCoordinationGeometry(Points(ligands), type), deviation);
+    EXPECT_EQ(DeviationFromIdealCoordinationGeometry(ToArray(ligands), type), deviation);
     EXPECT_GE(deviation, 0.0);
     return deviation;
 }
@@ -122,30 +108,23 @@ std::vector<int> Entries(IntArray const& array)
 
 } // namespace
 
-TEST(IdealDeviationTest, IdealSitesInAnyOrderFitPerfectly)
-{
-    for (CoordinationGeometryType type : measured) {
-        SCOPED_TRACE(type);
-        std::vector<Point3d> const ideal = IdealLigands(type);
-        Labelling order = Identity(ideal.size());
-        do {
-            std::vector<Point3d> ligands;
-            std::for_each(order.begin(), order.end(),
-                          [&](std::size_t site) { ligands.push_back(ideal[site]); });
-            ASSERT_LE(CheckedDeviation(ideal, ligands, type), 1e-12) << testing::PrintToString(order);
-        } while (std::next_permutation(order.begin(), order.end()));
-    }
-}
-
-TEST(IdealDeviationTest, RandomEnvironmentsGiveTheMinimumOverAllPermutations)
+TEST(IdealDeviationTest, FindsTheMinimumOverAllPermutations)
 {
     VorlaneTest::SeededEngine engine;
     SCOPED_TRACE(engine.Describe());
     for (CoordinationGeometryType type : measured) {
         SCOPED_TRACE(type);
-        std::vector<Point3d> const ideal = IdealLigands(type);
+        Points const ideal = IdealLigands(type);
+        Labelling order = Identity(ideal.size());
+        do {
+            Points ligands;
+            for (std::size_t const site : order) {
+                ligands.push_back(ideal[site]);
+            }
+            ASSERT_LE(CheckedDeviation(ideal, ligands, type), 1e-12) << testing::PrintToString(order);
+        } while (std::next_permutation(order.begin(), order.end()));
         for (int round = 0; round < 100; ++round) {
-            std::vector<Point3d> ligands(ideal.size());
+            Points ligands(ideal.size());
             for (Point3d& ligand : ligands) {
                 ligand = Point3d(engine.Real(-1, 1), engine.Real(-1, 1), engine.Real(-1, 1)).Normalize();
             }
@@ -157,11 +136,11 @@ TEST(IdealDeviationTest, RandomEnvironmentsGiveTheMinimumOverAllPermutations)
 TEST(IdealDeviationTest, AmongEqualCostsTheFirstRowStands)
 {
     double const h = std::sqrt(3.0) / 2.0;
-    std::vector<Point3d> const star = {{1, 0, 0}, {-0.5, h, 0}, {-0.5, -h, 0}};
-    std::vector<Point3d> const nothing(6);
+    Points const star = {{1, 0, 0}, {-0.5, h, 0}, {-0.5, -h, 0}};
+    Points const nothing(6);
     struct Row
     {
-        std::vector<Point3d> ligands;
+        Points ligands;
         CoordinationGeometryType type;
         double deviation;
         std::vector<int> assignment;
@@ -178,7 +157,7 @@ TEST(IdealDeviationTest, AmongEqualCostsTheFirstRowStands)
     for (Row const& row : rows) {
         IntArray assignment;
         double const deviation =
-            DeviationFromIdealCoordinationGeometry(Points(row.ligands), row.type, assignment);
+            DeviationFromIdealCoordinationGeometry(ToArray(row.ligands), row.type, assignment);
         EXPECT_NEAR(deviation, row.deviation, 1e-15);
         EXPECT_EQ(Entries(assignment), row.assignment);
     }
@@ -209,10 +188,10 @@ TEST(IdealDeviationTest, VectorsThatAreNotFiniteStillGiveAValidRow)
     for (CoordinationGeometryType type : measured) {
         for (double value :
              {infinity, -infinity, std::numeric_limits<double>::quiet_NaN(), 1e200, 1e150, 1e-320}) {
-            std::vector<Point3d> ligands = IdealLigands(type);
+            Points ligands = IdealLigands(type);
             ligands[1].y = value;
             IntArray assignment;
-            EXPECT_FALSE(DeviationFromIdealCoordinationGeometry(Points(ligands), type, assignment) < 0.0)
+            EXPECT_FALSE(DeviationFromIdealCoordinationGeometry(ToArray(ligands), type, assignment) < 0.0)
                 << type;
             EXPECT_EQ(Read(assignment, type).size(), ligands.size()) << type << ' ' << value;
         }
