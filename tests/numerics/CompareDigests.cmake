@@ -10,7 +10,7 @@ set(sources
   vorlane/numerics/RMSBestFitTools.cpp
   vorlane/numerics/Random.cpp)
 execute_process(
-  COMMAND ${COMPILER} -std=c++17 -ffp-contract=off ${FLAGS} -DVORLANE_DIGEST_STANDS_ALONE -I${SOURCE_DIR}
+  COMMAND ${COMPILER} -std=c++17 -ffp-contract=off ${FLAGS} -DVORLANE_DIGEST_PROGRAM -DVORLANE_DIGEST_STANDS_ALONE -I${SOURCE_DIR}
     ${sources} -o ${OUTPUT}
   WORKING_DIRECTORY ${SOURCE_DIR}
   COMMAND_ERROR_IS_FATAL ANY)
