@@ -1,7 +1,7 @@
 #include "vorlane/coordination/CoordinationGeometry.h"
 #include "vorlane/coordination/IdealCoordinatesInternal.h"
 
-#include "tests/support/NumberTable.h"
+#include "tests/support/CaseTable.h"
 #include "tests/support/PointArrays.h"
 #include "tests/support/Seed.h"
 
@@ -43,9 +43,9 @@ void ExpectSites(CoordinationGeometryType type, GeometryConstraint const* constr
 TEST(IdealCoordinatesTest, SitesAndAnglesAreThoseOfThePolyhedra)
 {
     std::map<int, Points> polyhedra;
-    for (std::vector<double> const& row : ReadNumbers(VORLANE_POLYHEDRA, 3)) {
-        double const polar = row[1] * degree, azimuth = row[2] * degree;
-        polyhedra[static_cast<int>(row[0])].push_back(
+    for (Case const& row : ReadCases("coordination/polyhedra.txt", "sites")) {
+        double const polar = NumberIn(row, "polar") * degree, azimuth = NumberIn(row, "azimuth") * degree;
+        polyhedra[std::stoi(row.at("geometry"))].push_back(
             {std::sin(polar) * std::cos(azimuth), std::sin(polar) * std::sin(azimuth), std::cos(polar)});
     }
     polyhedra[trigonalAntiprismaticStretched] = polyhedra.at(trigonalAntiprismatic);

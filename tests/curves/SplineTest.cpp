@@ -1,6 +1,6 @@
 #include "vorlane/curves/Spline.h"
 
-#include "tests/support/NumberTable.h"
+#include "tests/support/CaseTable.h"
 #include "tests/support/PointArrays.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 
@@ -21,6 +21,11 @@ PointArray const fivePoints =
     ToArray({{0, 0, 0}, {1.5, 0.25, -1}, {2, 1.75, 0.5}, {4, -1, 1.25}, {3.5, -2, -0.75}});
 PointArray const threePoints = ToArray({{}, {1, 0, 0}, {3, 0, 0}});
 
+Point3d PointIn(Case const& row)
+{
+    return {NumberIn(row, "x"), NumberIn(row, "y"), NumberIn(row, "z")};
+}
+
 PointArray CubicCurve(Spline const& spline, PointArray const& points = fivePoints)
 {
     PointArray curve;
@@ -37,16 +42,16 @@ void ExpectStart(Spline const& spline, Point3d const& expected)
 
 TEST(Spline, DrawsCubicCurvesOfThreeBases)
 {
-    for (std::vector<double> const& row : ReadNumbers(VORLANE_CURVES "/cubic_curves.txt", 7)) {
-        SCOPED_TRACE(testing::PrintToString(row));
-        OpenSpline spline(static_cast<Spline::SplineType>(row[0]));
-        spline.SetTension(row[1]);
-        spline.SetBias(row[2]);
+    for (Case const& row : ReadCases("curves/curves.txt", "cubic")) {
+        SCOPED_TRACE(row.at("where"));
+        OpenSpline spline(static_cast<Spline::SplineType>(std::stoi(row.at("type"))));
+        spline.SetTension(NumberIn(row, "tension"));
+        spline.SetBias(NumberIn(row, "bias"));
         spline.SetGranularity(3);
         PointArray const curve = CubicCurve(spline);
         ASSERT_EQ(curve.GetSize(), 2 * 3);
-        int const index = static_cast<int>(row[3]);
-        ExpectNear(curve[index], {row[4], row[5], row[6]}, 4e-15);
+        int const index = std::stoi(row.at("index"));
+        ExpectNear(curve[index], PointIn(row), 4e-15);
         Point3d const* const control = fivePoints.GetData() + index / 3;
         EXPECT_EQ(spline.Matrix(control[0].x, control[1].x, control[2].x, control[3].x, index % 3 / 3.0),
                   curve[index].x);
@@ -113,10 +118,10 @@ TEST(Spline, SharesOneCacheWithoutAKey)
 TEST(Spline, ThreadsHermiteCurves)
 {
     OpenSpline const spline(Spline::Hermite);
-    for (std::vector<double> const& row : ReadNumbers(VORLANE_CURVES "/hermite_curves.txt", 10)) {
-        SCOPED_TRACE(testing::PrintToString(row));
-        int const pointCount = static_cast<int>(row[0]), cycles = static_cast<int>(row[3]);
-        int const perSegment = static_cast<int>(row[5]), index = static_cast<int>(row[6]);
+    for (Case const& row : ReadCases("curves/curves.txt", "hermite")) {
+        SCOPED_TRACE(row.at("where"));
+        int const pointCount = std::stoi(row.at("points")), cycles = std::stoi(row.at("cycles"));
+        int const perSegment = std::stoi(row.at("perSegment")), index = std::stoi(row.at("index"));
         for (bool const inPlace : {false, true}) {
             PointArray points = fivePoints;
             // The pointers may lead into the curve, which moves.
@@ -124,12 +129,13 @@ TEST(Spline, ThreadsHermiteCurves)
             PointArray curve = ToArray({ends[0], ends[1]});
             Point3d* const leading = inPlace ? ends : curve.GetData();
             PointArray& target = inPlace ? points : curve;
-            EXPECT_EQ(spline.GetHermiteSpline(points, pointCount, target, row[1] == 1 ? leading : nullptr,
-                                              row[2] == 1 ? leading + 1 : nullptr, cycles, perSegment,
-                                              row[4]),
+            EXPECT_EQ(spline.GetHermiteSpline(points, pointCount, target,
+                                              row.at("before") == "1" ? leading : nullptr,
+                                              row.at("after") == "1" ? leading + 1 : nullptr, cycles,
+                                              perSegment, NumberIn(row, "length")),
                       (pointCount - 1) * (perSegment - 1) + 1);
             ASSERT_EQ(target.GetSize(), (perSegment + 1) * 5);
-            ExpectNear(target[index], {row[7], row[8], row[9]}, 4e-15);
+            ExpectNear(target[index], PointIn(row), 4e-15);
             for (int n = 0; n != pointCount && !inPlace; ++n) {
                 ExpectNear(curve[(perSegment - 1) * n], points[n], 0);
                 EXPECT_EQ((points[n] - fivePoints[n]).Length() == 0, cycles <= 0 || n == 0 || n == 4);

@@ -164,19 +164,14 @@ int main()
 
 #else
 
-#include "gtest/gtest.h"
-
-#include <fstream>
-#include <sstream>
+#include "tests/support/Files.h"
 
 // digests.txt comes from a program of its own, written from the published procedures: R. S. Martin, C.
 // Reinsch, J. H. Wilkinson, tred2; A. Dubrulle, R. S. Martin, J. H. Wilkinson, imtql2; B. K. P. Horn,
 // "Closed-form solution of absolute orientation using unit quaternions" (1987).
 TEST(NumericsDigestTest, GivesTheBitsOfThePublishedProcedures)
 {
-    std::stringstream expected;
-    expected << std::ifstream(VORLANE_DIGESTS).rdbuf();
-    EXPECT_EQ(ComputeDigests(), expected.str());
+    EXPECT_EQ(ComputeDigests(), VorlaneTest::ReadFile(VORLANE_SOURCE_DIR "/tests/numerics/digests.txt"));
 }
 
 #endif

@@ -26,6 +26,11 @@ namespace VorlaneTest {
 /// The fields of a line by the names of their columns, and "where" the line stands.
 using Case = std::map<std::string, std::string>;
 
+inline double NumberIn(Case const& row, char const* column)
+{
+    return std::stod(row.at(column));
+}
+
 /// The pieces of a text between separators; none of the empty text.
 inline std::vector<std::string> Split(std::string const& text, char separator)
 {

@@ -27,7 +27,7 @@ inline PointArray ToArray(Points const& points)
 /// The points of a chain of the example data.
 inline PointArray ReadChain(std::string const& name)
 {
-    std::ifstream file(VORLANE_EXAMPLE_DATA "/chains/" + name + ".xyz");
+    std::ifstream file(VORLANE_SOURCE_DIR "/examples/data/chains/" + name + ".xyz");
     long count = 0;
     std::string text;
     file >> count >> std::ws;
