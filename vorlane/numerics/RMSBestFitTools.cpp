@@ -3,6 +3,7 @@
 #include "vorlane/numerics/EigenSolverInternal.h"
 
 #include <algorithm>
+#include <cstring>
 
 using Spatia::Matrix3x3;
 using Spatia::Matrix4x4;
@@ -73,6 +74,76 @@ bool ArePaired(PointArray const& first, PointArray const& second)
     return first.size() == second.size() && first.size() != 0;
 }
 
+/// Two numbers; arithmetic takes each by itself, with the bits of double.
+using Two = double __attribute__((vector_size(16)));
+
+/// The coordinates of two points.
+struct TwoPoints
+{
+    Two x, y, z;
+};
+
+TwoPoints LoadTwo(Point3d const* points)
+{
+    static_assert(sizeof(Point3d) == 3 * sizeof(double));
+    Two xy, zx, yz;
+    std::memcpy(&xy, &points[0].x, sizeof xy);
+    std::memcpy(&zx, &points[0].z, sizeof zx);
+    std::memcpy(&yz, &points[1].y, sizeof yz);
+    return {Two{xy[0], zx[1]}, Two{xy[1], yz[0]}, Two{zx[0], yz[1]}};
+}
+
+TwoPoints operator-(TwoPoints const& two, Point3d const& point)
+{
+    return {two.x - point.x, two.y - point.y, two.z - point.z};
+}
+
+/// The elements of the upper triangle of Horn's matrix.
+constexpr int termCount = 10;
+
+/// What the centred points p and q add to the upper triangle of Horn's matrix, row after row.
+template <typename Point, typename Number>
+void GetTerms(Point const& p, Point const& q, Number* terms)
+{
+    Number const xx = p.x * q.x, xy = p.x * q.y, xz = p.x * q.z;
+    Number const yx = p.y * q.x, yy = p.y * q.y, yz = p.y * q.z;
+    Number const zx = p.z * q.x, zy = p.z * q.y, zz = p.z * q.z;
+    terms[0] = xx + yy + zz;
+    terms[1] = yz - zy;
+    terms[2] = zx - xz;
+    terms[3] = xy - yx;
+    terms[4] = xx - yy - zz;
+    terms[5] = xy + yx;
+    terms[6] = zx + xz;
+    terms[7] = yy - xx - zz;
+    terms[8] = yz + zy;
+    terms[9] = zz - xx - yy;
+}
+
+/// Sums the terms of all pairs in their order. Those of two pairs are formed side by side, and two terms are
+/// summed side by side, the first pair's before the second's.
+void SumTerms(Point3d const* a, Point3d const* b, long count, Point3d const& c1, Point3d const& c2,
+              double* sums)
+{
+    Two twoSums[termCount / 2] = {};
+    for (long i = 0; i + 1 < count; i += 2) {
+        Two terms[termCount];
+        GetTerms(LoadTwo(a + i) - c1, LoadTwo(b + i) - c2, terms);
+        for (int k = 0; k < termCount / 2; ++k) {
+            twoSums[k] += Two{terms[2 * k][0], terms[2 * k + 1][0]};
+            twoSums[k] += Two{terms[2 * k][1], terms[2 * k + 1][1]};
+        }
+    }
+    std::memcpy(sums, twoSums, sizeof twoSums);
+    if (count % 2 != 0) {
+        double terms[termCount];
+        GetTerms(a[count - 1] - c1, b[count - 1] - c2, terms);
+        for (int k = 0; k < termCount; ++k) {
+            sums[k] += terms[k];
+        }
+    }
+}
+
 /// Builds Horn's matrix of two paired sets around their centroids, which are found on the way. Each element
 /// of the matrix sums its own term over the pairs in their order.
 void BuildQuaternionMatrix(PointArray const& first, PointArray const& second, Point3d& firstCentroid,
@@ -94,24 +165,8 @@ void BuildQuaternionMatrix(PointArray const& first, PointArray const& second, Po
     firstCentroid = c1;
     secondCentroid = c2;
 
-    double sums[10] = {}; // the upper triangle, row after row
-    for (long i = 0; i < count; ++i) {
-        Point3d const p = a[i] - c1;
-        Point3d const q = b[i] - c2;
-        double const xx = p.x * q.x, xy = p.x * q.y, xz = p.x * q.z;
-        double const yx = p.y * q.x, yy = p.y * q.y, yz = p.y * q.z;
-        double const zx = p.z * q.x, zy = p.z * q.y, zz = p.z * q.z;
-        sums[0] += xx + yy + zz;
-        sums[1] += yz - zy;
-        sums[2] += zx - xz;
-        sums[3] += xy - yx;
-        sums[4] += xx - yy - zz;
-        sums[5] += xy + yx;
-        sums[6] += zx + xz;
-        sums[7] += yy - xx - zz;
-        sums[8] += yz + zy;
-        sums[9] += zz - xx - yy;
-    }
+    double sums[termCount];
+    SumTerms(a, b, count, c1, c2, sums);
     double const* sum = sums;
     for (int row = 0; row < 4; ++row) {
         for (int column = row; column < 4; ++column) {
