@@ -13,7 +13,7 @@ namespace Vorlane {
 class BlockAppender
 {
 public:
-    explicit BlockAppender(IntArray& array) : m_array(array), m_size(array.GetSize()) {}
+    explicit BlockAppender(IntArray& array) : m_array(array), m_begin(array.GetSize()), m_size(m_begin) {}
     BlockAppender(BlockAppender const&) = delete;
     BlockAppender& operator=(BlockAppender const&) = delete;
 
@@ -47,6 +47,13 @@ public:
     /// Goes back to the beginning of the array, which keeps its storage.
     void Restart() { m_size = 0; }
 
+    /// Says that what was appended is about `share` of all that will be, so that the array can grow at once.
+    void ExpectShare(double share)
+    {
+        constexpr double tolerance = 1.05;
+        m_expected = m_begin + tolerance * (m_size - m_begin) / share;
+    }
+
 private:
     void Grow(int count)
     {
@@ -54,14 +61,18 @@ private:
             AfxThrowInvalidArgException("an array of " + std::to_string(m_size) + " numbers can't take " +
                                         std::to_string(count) + " more");
         }
-        // In steps of an eighth, so that the copies of a large array stay in proportion to its size.
+        // In steps of an eighth at least, so that the copies of a large array stay in proportion to its size;
+        // and what is expected is believed up to four times of what is there.
         int const needed = m_size + count;
-        int const roomy = m_size + std::min(m_size / 8, INT_MAX - m_size);
+        double const expected = std::min(m_expected, 4.0 * m_size);
+        int const roomy = static_cast<int>(std::min(std::max(1.125 * m_size, expected), double(INT_MAX)));
         m_array.SetSize(needed <= m_array.GetCapacity() ? needed : std::max(needed, roomy), -1);
     }
 
     IntArray& m_array;
+    int m_begin;
     int m_size;
+    double m_expected = 0; ///< the size in the end, as far as one can tell
 };
 
 /// Appends pairs to two different arrays.
@@ -89,6 +100,13 @@ public:
     {
         m_first.Append(firsts, count);
         m_second.Append(seconds, count);
+    }
+
+    /// Says that the pairs so far are about `share` of all.
+    void ExpectShare(double share)
+    {
+        m_first.ExpectShare(share);
+        m_second.ExpectShare(share);
     }
 
     /// The number of pairs, if the arrays were empty.

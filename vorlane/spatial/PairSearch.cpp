@@ -42,6 +42,7 @@ void PairSearch::AppendPairs(unsigned int hashSize, IntArray& first, IntArray& s
     PairAppender pairs(first, second);
     std::vector<Keyed> const runs = GetRuns(hashSize);
     std::vector<Keyed> cells;
+    std::size_t done = 0;
     for (auto run = runs.begin(); run != runs.end();) {
         cells.clear();
         for (std::uint32_t const bucket = GetKey(*run); run != runs.end() && GetKey(*run) == bucket; ++run) {
@@ -52,6 +53,8 @@ void PairSearch::AppendPairs(unsigned int hashSize, IntArray& first, IntArray& s
         } else {
             AppendBySweep(cells, pairs);
         }
+        done += cells.size();
+        pairs.ExpectShare(static_cast<double>(done) / static_cast<double>(m_index.GetCellCount()));
     }
 }
 
