@@ -1,451 +1,431 @@
-#include "tests/persistence/ArchiveBytes.h"
+// Every object stored to the bytes of layouts.txt and loaded from them, whole, cut and damaged.
+
+#include "tests/persistence/HeldBytes.h"
+#include "tests/support/AllocationFailure.h"
+#include "tests/support/ArchivedBytes.h"
+#include "tests/support/CaseTable.h"
 #include "tests/support/Files.h"
 
 #include "gtest/gtest.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <sstream>
 #include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
 
-using namespace VorlaneTest;
-
+namespace VorlaneTest {
 namespace {
 
-/// The schema number that a writer sets today.
+using Point2dArray = Orrin::LegacyArray<Point2d>;
+using Point3dArray = Orrin::LegacyArray<Point3d>;
+
+/// The schema number that a writer sets today, and all those at which something changes.
 constexpr std::uint32_t today = 24;
-constexpr std::uint32_t unset = 0xFFFFFFFFu;
-constexpr std::uint32_t negative = 0x80000000u;
+constexpr std::uint32_t schemas[] = {0,          6,  7,  9,     10,         11,         12,
+                                     13,         15, 16, 17,    18,         19,         20,
+                                     21,         22, 23, today, 0x7FFFFFFF, 0x80000000, unsetSchema - 1,
+                                     unsetSchema};
 
-std::string const P123 = " 0000803F 00000040 00004040 ";
-std::string const P456 = " 00008040 0000A040 0000C040 ";
-std::string const P789 = " 0000E040 00000041 00001041 ";
-std::string const P12 = " 000000000000F03F 0000000000000040 ";
-std::string const P34 = " 0000000000000840 0000000000001040 ";
-std::string const C1 = " 11223380 ";
-std::string const C2 = " 445566FF ";
-std::string const header = "01020304|";
-std::string const lit = header + "05000000|FEFFFFFF|";
-std::string const matrix4x4 = " 00*8 000000000000F03F 00*80 0000000000000040 00*24";
-std::string const shape =
-    header + P12 + "|" + C1 + "|" + C2 + "|01000000|06000000|00000000|01000000|FEFFFFFF|";
-std::string const font = "04 53616E73 0A000000 / 05 417269616C 0C000000|";
-std::string const textString = shape + "02 4869 / 00|" + font + "FFFFFFFF|01000000|";
-std::string const textBox = textString + "0000C03F|01000000|";
-std::string const tetrahedron = C1 + "00*12 0000803F*3 3ACD133F*3" + C1 +
-                                "00004040 00*8  00*4 0000803F*2 000080BF 00*8" + C1 +
-                                "00*4 00004040 00*4  0000803F 00*4 0000803F 00*4 000080BF 00*4" + C1 +
-                                "00*8 00004040  0000803F*2 00*4 00*8 000080BF";
-std::string const line = " 01020304" + C1 + P123 + C2 + P456 + "07000000 08000000";
-std::string const newLine = " 00*4 000000FF 00*12 000000FF 00*12 00*8 ";
-std::string const light = C1 + P123 + "01|";
-std::string const newLight = " 000000FF 00*13|";
-std::string const material = "01 0000803F 00000040 00004040 40000000 00008040";
+using Vorlane::Serialize;
 
-/// An object with every member set, and its bytes today. A bar stands where a load has assigned all that went
-/// before. Where the same fields have another length in a new object, they follow after a slash. A tilde
-/// marks fields that change a new object before they are complete.
-struct Layout
+/// Points and matrices, whose operators follow the mode of the archive.
+template <typename Value>
+auto Serialize(CArchive& ar, Value& value) -> decltype(Vorlane::operator>>(ar, value))
 {
-    char const* name;
-    MakeSubject make;
-    std::string fields;
+    return Vorlane::operator>>(ar, value);
+}
+
+void Serialize(CArchive& ar, Point2dArray& points)
+{
+    Vorlane::SerializePoint2dArray(ar, points);
+}
+
+void Serialize(CArchive& ar, Point3dArray& points)
+{
+    Vorlane::SerializePoint3dArray(ar, points);
+}
+
+/// Bytes in memory that pass for the file "named".
+struct NamedFile : CMemFile
+{
+    using CMemFile::CMemFile;
+    CString GetFilePath() const override { return "named"; }
 };
 
-std::vector<Layout> const& Layouts()
+/// An object of some kind that can be stored, loaded and looked into.
+struct Object
 {
-    static std::vector<Layout> const layouts = {
-        {"Point2d", Make<Point2d>, P12},
-        {"Point3d", Make<Point3d>, P123},
-        {"Matrix3x3", Make<Matrix3x3>, "00*8|000000000000F03F|00*32|0000000000000040|00*8|00*8"},
-        {"Matrix4x4", Make<Matrix4x4>, "00*8|000000000000F03F|00*80|0000000000000040|00*24"},
-        {"Vertex", Make<Vertex>, C1 + "|" + P123},
-        {"VertexNormal", Make<VertexNormal>, C1 + "|" + P123 + "|" + P456},
-        {"GraphicsPrimitive", Make<GraphicsPrimitive>, header},
-        {"LitPrimitive", Make<LitPrimitive>, lit},
-        {"SpherePrimitive", Make<SpherePrimitive>, lit + C1 + P123 + "|0000C03F"},
-        {"EllipsoidPrimitive", Make<EllipsoidPrimitive>, lit + C1 + P123 + "|" + P456 + "|" + matrix4x4},
-        {"CylinderPrimitive", Make<CylinderPrimitive>, lit + C1 + P123 + C2 + P456 + "|0000C03F"},
-        {"ConePrimitive", Make<ConePrimitive>, lit + P123 + P456 + C1 + "0000C03F"},
-        {"TrianglePrimitive", Make<TrianglePrimitive>,
-         lit + "000000FF" + P123 + "|000000FF" + P456 + "|000000FF" + P789 + "|00*8 0000803F"},
-        {"TetrahedronPrimitive", Make<TetrahedronPrimitive>, lit + tetrahedron},
-        {"PlanePrimitive", Make<PlanePrimitive>, P123 + P456 + C1},
-        {"UnlitPointPrimitive", Make<UnlitPointPrimitive>, header + C1 + P123},
-        {"DotPrimitive", Make<DotPrimitive>, header + C1 + P123 + "|07000000"},
-        {"IconPrimitive", Make<IconPrimitive>,
-         header + C1 + P123 + "|07000000|00000000|01000000|00000000|000000000000E03F"},
-        {"LinePrimitive", Make<LinePrimitive>, header + line.substr(9)},
-        {"DashedLinePrimitive", Make<DashedLinePrimitive>, header + line.substr(9) + "|09000000|01"},
-        {"UnlitLinePrimitive", Make<UnlitLinePrimitive>,
-         header + "0200" + P12 + P34 + C1 + "03000000 / 0000 000000FF 00000000"},
-        {"LineArrayPrimitive", Make<LineArrayPrimitive>,
-         header + "~02000000" + line + newLine + " / 00000000|0000C03F|01000000|0FF0"},
-        {"ArcPrimitive", Make<ArcPrimitive>,
-         header + P123 + "|" + P456 + "|" + P789 + "|" + C1 + "|~0200" + P456 + P123 +
-             " / 0000|0000C03F|07000000|08000000"},
-        {"UnlitTrianglePrimitive", Make<UnlitTrianglePrimitive>,
-         header + P123 + "|" + P456 + "|" + P789 + "|" + C1},
-        {"UnlitShapePrimitive", Make<UnlitShapePrimitive>, shape},
-        {"RectanglePrimitive", Make<RectanglePrimitive>, shape + P34},
-        {"TriangleShapePrimitive", Make<TriangleShapePrimitive>,
-         shape + P12 + P34 + "0000000000000040 000000000000F03F"},
-        {"Text3DPrimitive", Make<Text3DPrimitive>,
-         header + C1 + P123 + "|03 48E93F / 00|" + font + "000000000000E03F|01000000"},
-        {"TextStringPrimitive", Make<TextStringPrimitive>, textString},
-        {"TextBoxPrimitive", Make<TextBoxPrimitive>, textBox},
-        {"TextCalloutPrimitive", Make<TextCalloutPrimitive>, textBox + P123 + P34},
-        {"TriangleIndex", Make<TriangleIndex>, "01000000|FEFFFFFF|03000000"},
-        {"TriangleMeshPrimitive", Make<TriangleMeshPrimitive>,
-         lit + "02000000 01000000 FEFFFFFF 03000000 04000000 05000000 06000000 01000000" + C1 + P123 + P456 +
-             "/ 00*8|01000000|01000000|" + C2},
-        {"VolumePrimitive", Make<VolumePrimitive>,
-         header + "0000803F|00000040|00004040|00008040|01000000|~02000000 11223300" + C2 +
-             " / 00*4|0000C03F|03000000 01000000 00000000 01000000 / 00*4"},
-        {"LightSource", Make<LightSource>, C1 + "|" + P123 + "|01"},
-        {"MaterialProperty", Make<MaterialProperty>, "01|0000803F|00000040|00004040|40000000|00008040"},
-        {"GraphicsAttributes", Make<GraphicsAttributes>,
-         C2 + "|04000000|" + newLight + light + newLight + newLight +
-             "0000803F|07000000|08000000|01000000|00000000|00000040|00004040|00008040|0000A040|01|0000C040|"
-             "0000E040|" +
-             matrix4x4 + "|00000041|00001041|01|" + material + "|00000000"},
+    std::function<void(CArchive&)> transfer;
+    std::function<std::string()> look;
+
+    std::string Store(std::uint32_t schema) const
+    {
+        Bytes const bytes = StoredBytes(schema, transfer);
+        return std::string(bytes.begin(), bytes.end());
+    }
+
+    /// Tells how a load ends: "whole", or with one of the exceptions that bad bytes may raise.
+    std::string Load(std::string const& bytes, std::uint32_t schema) const
+    {
+        NamedFile file(Bytes(bytes.begin(), bytes.end()));
+        CArchive ar(&file, CArchive::load, 256);
+        ar.m_nObjectSchema = schema;
+        try {
+            transfer(ar);
+        } catch (CArchiveException const& exception) {
+            EXPECT_EQ(exception.m_cause, 3);
+            return exception.m_strFileName == "named" ? "ends" : "ends in a text";
+        } catch (std::length_error const& exception) {
+            EXPECT_STREQ(exception.what(), "vector<T> too long");
+            return "too long";
+        } catch (CMemoryException const&) {
+            return "longer than any text can be";
+        }
+        return ar.GetRemaining() == 0 ? "whole" : "bytes are left";
+    }
+};
+
+template <typename T>
+Object MakeObject()
+{
+    auto const value = std::make_shared<T>();
+    return {[value](CArchive& ar) { Serialize(ar, *value); },
+            [value] {
+                return HeldBytes(*value).bytes;
+            }};
+}
+
+/// A new object of the class of this name.
+Object Make(std::string const& name)
+{
+    static std::map<std::string, Object (*)()> const makers = {
+        {"Point2d", MakeObject<Point2d>},
+        {"Point3d", MakeObject<Point3d>},
+        {"Point2dArray", MakeObject<Point2dArray>},
+        {"Point3dArray", MakeObject<Point3dArray>},
+        {"Matrix3x3", MakeObject<Matrix3x3>},
+        {"Matrix4x4", MakeObject<Matrix4x4>},
+        {"Vertex", MakeObject<Vertex>},
+        {"VertexNormal", MakeObject<VertexNormal>},
+        {"GraphicsPrimitive", MakeObject<GraphicsPrimitive>},
+        {"LitPrimitive", MakeObject<LitPrimitive>},
+        {"SpherePrimitive", MakeObject<SpherePrimitive>},
+        {"EllipsoidPrimitive", MakeObject<EllipsoidPrimitive>},
+        {"CylinderPrimitive", MakeObject<CylinderPrimitive>},
+        {"ConePrimitive", MakeObject<ConePrimitive>},
+        {"TrianglePrimitive", MakeObject<TrianglePrimitive>},
+        {"TetrahedronPrimitive", MakeObject<TetrahedronPrimitive>},
+        {"PlanePrimitive", MakeObject<PlanePrimitive>},
+        {"UnlitPointPrimitive", MakeObject<UnlitPointPrimitive>},
+        {"DotPrimitive", MakeObject<DotPrimitive>},
+        {"IconPrimitive", MakeObject<IconPrimitive>},
+        {"LinePrimitive", MakeObject<LinePrimitive>},
+        {"DashedLinePrimitive", MakeObject<DashedLinePrimitive>},
+        {"UnlitLinePrimitive", MakeObject<UnlitLinePrimitive>},
+        {"LineArrayPrimitive", MakeObject<LineArrayPrimitive>},
+        {"ArcPrimitive", MakeObject<ArcPrimitive>},
+        {"UnlitTrianglePrimitive", MakeObject<UnlitTrianglePrimitive>},
+        {"UnlitShapePrimitive", MakeObject<UnlitShapePrimitive>},
+        {"RectanglePrimitive", MakeObject<RectanglePrimitive>},
+        {"TriangleShapePrimitive", MakeObject<TriangleShapePrimitive>},
+        {"Text3DPrimitive", MakeObject<Text3DPrimitive>},
+        {"TextStringPrimitive", MakeObject<TextStringPrimitive>},
+        {"TextBoxPrimitive", MakeObject<TextBoxPrimitive>},
+        {"TextCalloutPrimitive", MakeObject<TextCalloutPrimitive>},
+        {"TriangleIndex", MakeObject<TriangleIndex>},
+        {"TriangleMeshPrimitive", MakeObject<TriangleMeshPrimitive>},
+        {"VolumePrimitive", MakeObject<VolumePrimitive>},
+        {"LightSource", MakeObject<LightSource>},
+        {"MaterialProperty", MakeObject<MaterialProperty>},
+        {"GraphicsAttributes", MakeObject<GraphicsAttributes>}};
+    return makers.at(name)();
+}
+
+/// Whether a number is among "all", "13-" or "7-0x7FFFFFFF".
+bool IsAmong(std::uint32_t number, std::string const& range)
+{
+    long first = 0;
+    long last = unsetSchema;
+    std::sscanf(range.c_str(), "%li-%li", &first, &last);
+    return first <= number && number <= last;
+}
+
+/// What layouts.txt tells of the bytes of objects.
+struct Book
+{
+    struct Layout
+    {
+        std::string schemas;
+        std::vector<Case> fields;
     };
-    return layouts;
-}
 
-/// Fields that a load assigns together: their bytes in the filled object and in a new one.
-struct Unit
-{
-    Bytes filled;
-    Bytes fresh;
-    bool assignsEarly;
-};
-
-using BytesOfUnit = Bytes Unit::*;
-
-std::vector<Unit> Units(Layout const& layout)
-{
-    std::vector<Unit> units;
-    Bytes const fresh = layout.make()->Store(today);
-    auto next = fresh.begin();
-    std::istringstream pieces(layout.fields);
-    for (std::string piece; std::getline(pieces, piece, '|');) {
-        bool const assignsEarly = !piece.empty() && piece[0] == '~';
-        std::size_t const slash = piece.find('/');
-        Bytes const filled = FromHex(piece.substr(assignsEarly ? 1 : 0, slash - (assignsEarly ? 1 : 0)));
-        auto const end = next + static_cast<std::ptrdiff_t>(slash == std::string::npos
-                                                                ? filled.size()
-                                                                : FromHex(piece.substr(slash + 1)).size());
-        units.push_back({filled, Bytes(next, end), assignsEarly});
-        next = end;
-    }
-    return units;
-}
-
-/// The first `count` units of one object, then those of the other, if there is one.
-Bytes Joined(std::vector<Unit> const& units, std::size_t count, BytesOfUnit first, BytesOfUnit rest = nullptr)
-{
-    Bytes bytes;
-    for (std::size_t i = 0; i < (rest != nullptr ? units.size() : count); ++i) {
-        Bytes const& unit = units[i].*(i < count ? first : rest);
-        bytes.insert(bytes.end(), unit.begin(), unit.end());
-    }
-    return bytes;
-}
-
-Bytes AllBytes(Layout const& layout)
-{
-    return Joined(Units(layout), 0, nullptr, &Unit::filled);
-}
-
-/// A new object, or the filled one.
-std::unique_ptr<Subject> MakeBefore(Layout const& layout, BytesOfUnit before)
-{
-    auto subject = layout.make();
-    if (before == &Unit::filled) {
-        subject->Fill();
-    }
-    return subject;
-}
-
-/// What a load brings, and what the object held before.
-constexpr std::pair<BytesOfUnit, BytesOfUnit> loadsAndBefore[] = {{&Unit::filled, &Unit::fresh},
-                                                                  {&Unit::fresh, &Unit::filled}};
-
-Layout const& LayoutOf(std::string const& name)
-{
-    for (Layout const& layout : Layouts()) {
-        if (name == layout.name) {
-            return layout;
+    Book()
+    {
+        for (Case const& row : ReadCases(file, "coordinates")) {
+            names[row.at("name")] = {row.at("float"), row.at("double")};
+        }
+        for (Case const& row : ReadCases(file, "bytes")) {
+            names[row.at("name")] = {row.at("bytes"), row.at("bytes")};
+        }
+        std::map<std::string, std::vector<Case>> own;
+        for (Case const& row : ReadCases(file, "fields")) {
+            own[row.at("object")].push_back(row);
+        }
+        for (Case const& row : ReadCases(file, "objects")) {
+            std::vector<Case> fields;
+            if (row.at("base") != "-") {
+                fields = layouts.at(row.at("base")).fields;
+            }
+            std::vector<Case> const& further = own.at(row.at("object"));
+            fields.insert(fields.end(), further.begin(), further.end());
+            layouts[row.at("object")] = {row.at("schemas"), fields};
         }
     }
-    throw std::logic_error("no layout of " + name);
+
+    /// The bytes that a text stands for at a schema number.
+    std::string Read(std::string const& text, std::uint32_t schema) const
+    {
+        bool const isDouble = schema <= 6 || schema == 19 || schema == unsetSchema;
+        std::string bytes;
+        std::istringstream words(text);
+        for (std::string word; words >> word;) {
+            auto const name = names.find(word);
+            if (name != names.end()) {
+                bytes += Read(name->second[isDouble], schema);
+                continue;
+            }
+            std::size_t const star = std::min(word.find('*'), word.size());
+            for (int i = star < word.size() ? std::stoi(word.substr(star + 1)) : 1; i > 0; --i) {
+                for (std::size_t digit = 0; digit < star; digit += 2) {
+                    bytes += static_cast<char>(std::stoi(word.substr(digit, 2), nullptr, 16));
+                }
+            }
+        }
+        return bytes;
+    }
+
+    static constexpr char const* file = "persistence/layouts.txt";
+    std::map<std::string, std::array<std::string, 2>> names;
+    std::map<std::string, Layout> layouts;
+};
+
+Book const& TheBook()
+{
+    static Book const book;
+    return book;
+}
+
+std::string Read(std::string const& text, std::uint32_t schema = today)
+{
+    return TheBook().Read(text, schema);
+}
+
+/// Some fields at a schema number: their bytes in a store and in a load, none where they don't belong to it,
+/// and those that Look gives.
+struct Part
+{
+    std::string stored, loaded, held;
+    bool isChangedEarly;
+};
+
+using Image = std::vector<Part>;
+
+/// What a "new" object holds, or a "filled" one.
+Image ImageOf(std::string const& name, char const* state, std::uint32_t schema = today)
+{
+    Image image;
+    for (Case const& row : TheBook().layouts.at(name).fields) {
+        std::string const bytes = Read(row.at(state), schema);
+        image.push_back({IsAmong(schema, row.at("stored")) ? bytes : "",
+                         IsAmong(schema, row.at("loaded")) ? bytes : "", Read(row.at(state)),
+                         row.at("field")[0] == '~'});
+    }
+    return image;
+}
+
+std::string Joined(Image const& image, std::string Part::*bytes)
+{
+    std::string all;
+    for (Part const& part : image) {
+        all += part.*bytes;
+    }
+    return all;
+}
+
+/// An object that holds what an image tells.
+Object Make(std::string const& name, Image const& image)
+{
+    Object const object = Make(name);
+    EXPECT_EQ(object.Load(Joined(image, &Part::held), today), "whole");
+    return object;
+}
+
+/// Calls `check(name, schema, images)` for every object at every schema number, with the images of a new one
+/// and a filled one.
+template <typename Check>
+void ForEachLayout(Check check)
+{
+    for (auto const& [name, layout] : TheBook().layouts) {
+        for (std::uint32_t const schema : schemas) {
+            if (IsAmong(schema, layout.schemas)) {
+                SCOPED_TRACE(name + " at " + std::to_string(schema));
+                check(name, schema, {ImageOf(name, "new", schema), ImageOf(name, "filled", schema)});
+            }
+        }
+    }
 }
 
 } // namespace
 
-TEST(PrimitiveFormTest, EveryObjectHasItsBytesInBothDirectionsAtAnyBufferSize)
+TEST(PrimitiveFormTest, StoresItsBytesAtEverySchemaNumber)
 {
-    for (Layout const& layout : Layouts()) {
-        SCOPED_TRACE(layout.name);
-        Bytes const bytes = AllBytes(layout);
-        for (int bufferSize : {1, 13, 65536, 1 << 20}) {
-            auto const stored = layout.make();
-            stored->Fill();
-            EXPECT_EQ(ToHex(stored->Store(today, bufferSize)), ToHex(bytes));
-            auto const loaded = layout.make();
-            EXPECT_EQ(loaded->Load(bytes, today, bufferSize), 0u);
-            EXPECT_EQ(ToHex(loaded->Store(today)), ToHex(bytes));
+    ForEachLayout([](std::string const& name, std::uint32_t schema, std::array<Image, 2> const& images) {
+        EXPECT_EQ(Make(name).look(), Joined(images[0], &Part::held));
+        for (Image const& image : images) {
+            EXPECT_EQ(Make(name, image).look(), Joined(image, &Part::held));
+            EXPECT_EQ(Make(name, image).Store(schema), Joined(image, &Part::stored));
         }
+    });
+    for (Case const& row : ReadCases(Book::file, "stores")) {
+        auto const schema = static_cast<std::uint32_t>(std::stoul(row.at("schema"), nullptr, 0));
+        Object const object = Make(row.at("object"), ImageOf(row.at("object"), "filled"));
+        EXPECT_EQ(object.Store(schema), Read(row.at("bytes"), schema)) << row.at("where");
     }
 }
 
-TEST(PrimitiveFormTest, SceneOfEveryObjectGoesToAFileAndBack)
+TEST(PrimitiveFormTest, LoadsTheFieldsBeforeAnyCut)
 {
-    TemporaryFile const file("scene.bin");
-    for (int bufferSize : {1, 100, 65536}) {
-        SCOPED_TRACE(bufferSize);
-        CFile output(file.path.c_str(), CFile::modeWrite | CFile::modeCreate);
-        CArchive storing(&output, CArchive::store, bufferSize);
-        storing.m_nObjectSchema = today;
-        for (Layout const& layout : Layouts()) {
-            auto const subject = layout.make();
-            subject->Fill();
-            subject->Transfer(storing);
-        }
-        storing.Close();
-        output.Close();
-
-        CFile input(file.path.c_str(), CFile::modeRead);
-        CArchive loading(&input, CArchive::load, bufferSize);
-        loading.m_nObjectSchema = today;
-        for (Layout const& layout : Layouts()) {
-            auto const subject = layout.make();
-            subject->Transfer(loading);
-            EXPECT_EQ(ToHex(subject->Store(today)), ToHex(AllBytes(layout))) << layout.name;
-        }
-        EXPECT_EQ(loading.GetRemaining(), 0u);
-    }
-}
-
-TEST(PrimitiveFormTest, ArchiveCutAnywhereLoadsTheFieldsBeforeTheCut)
-{
-    for (Layout const& layout : Layouts()) {
-        std::vector<Unit> const units = Units(layout);
-        for (auto const& [loads, before] : loadsAndBefore) {
-            Bytes const bytes = Joined(units, units.size(), loads);
-            for (std::size_t cut = 0, loaded = 0, end = (units[0].*loads).size(); cut < bytes.size(); ++cut) {
-                SCOPED_TRACE(std::string(layout.name) + " cut to " + std::to_string(cut));
-                for (; cut >= end; end += (units[loaded].*loads).size()) {
-                    ++loaded;
+    std::set<std::string> seen; // bytes of an object, which are cut but once
+    ForEachLayout([&](std::string const& name, std::uint32_t schema, std::array<Image, 2> const& images) {
+        for (int const form : {0, 1}) {
+            std::string const bytes = Joined(images[form], &Part::loaded);
+            std::size_t const firstCut = seen.insert(name + bytes).second ? 0 : bytes.size();
+            for (std::size_t cut = firstCut; cut <= bytes.size(); ++cut) {
+                Object const object = Make(name, images[1 - form]);
+                std::string const outcome = object.Load(bytes.substr(0, cut), schema);
+                bool const mayEndInText = outcome == "ends in a text" && name.rfind("Text", 0) == 0;
+                EXPECT_EQ(mayEndInText ? "ends" : outcome, cut < bytes.size() ? "ends" : "whole");
+                std::string expected;
+                bool isPartlyChanged = false;
+                std::size_t end = 0;
+                for (std::size_t i = 0; i < images[form].size(); ++i) {
+                    Part const& part = images[form][i];
+                    isPartlyChanged |= part.isChangedEarly && end <= cut && cut < end + part.loaded.size();
+                    end += part.loaded.size();
+                    expected += (part.loaded.empty() || end > cut ? images[1 - form][i] : part).held;
                 }
-                auto const subject = MakeBefore(layout, before);
-                try {
-                    subject->Load(Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut)),
-                                  today);
-                    ADD_FAILURE() << "loaded";
-                } catch (CArchiveException const& exception) {
-                    CString const& file = exception.m_strFileName;
-                    bool const hasText = std::string(layout.name).find("Text") == 0;
-                    EXPECT_EQ(exception.m_cause, 3);
-                    EXPECT_TRUE(file == "named" || (hasText && file == ""));
-                }
-                if (!units[loaded].assignsEarly) {
-                    EXPECT_EQ(ToHex(subject->Store(today)), ToHex(Joined(units, loaded, loads, before)));
-                }
+                EXPECT_TRUE(isPartlyChanged || object.look() == expected)
+                    << "cut to " << cut << ": " << testing::PrintToString(object.look());
             }
         }
-    }
+    });
 }
 
 TEST(PrimitiveFormTest, AnyByteMayBeWrong)
 {
-    for (Layout const& layout : Layouts()) {
-        Bytes const bytes = AllBytes(layout);
-        for (std::uint32_t schema : {6u, 9u, 10u, 12u, 19u, 20u, today, negative, unset}) {
-            for (std::size_t i = 0; i < bytes.size(); ++i) {
-                for (int mask : {0x01, 0x80, 0xFF}) {
-                    Bytes damaged = bytes;
-                    damaged[i] = static_cast<unsigned char>(damaged[i] ^ mask);
-                    try {
-                        layout.make()->Load(damaged, schema, 256);
-                    } catch (CArchiveException const& exception) {
-                        EXPECT_EQ(exception.m_cause, 3) << layout.name << " at " << schema << ", byte " << i;
-                    } catch (std::length_error const& exception) {
-                        EXPECT_STREQ(exception.what(), "vector<T> too long");
-                    } catch (CMemoryException const&) {
-                        // A text longer than any text can be.
-                    }
+    for (auto const& [name, layout] : TheBook().layouts) {
+        std::string const bytes = Joined(ImageOf(name, "filled"), &Part::loaded);
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            for (int const mask : {0x01, 0x80, 0xFF}) {
+                std::string damaged = bytes;
+                damaged[i] = static_cast<char>(damaged[i] ^ mask);
+                for (std::uint32_t const schema :
+                     {6u, 9u, 10u, 12u, 19u, 20u, today, 0x80000000u, unsetSchema}) {
+                    EXPECT_NE(Make(name).Load(damaged, schema), ""); // lets no other exception through
                 }
             }
         }
     }
 }
 
-TEST(PrimitiveFormTest, OlderArchivesHoldTheFirstFieldsOfALayout)
+TEST(PrimitiveFormTest, SceneOfEveryObjectGoesToAFileAndBackAtAnyBufferSize)
 {
-    struct Row
-    {
-        char const* name;
-        std::vector<std::pair<std::uint32_t, std::size_t>> unitsAtSchema;
-    };
-    Row const rows[] = {
-        {"LitPrimitive", {{0, 2}, {6, 2}, {7, 3}, {0x7FFFFFFF, 3}, {negative, 2}, {unset, 2}}},
-        {"TriangleMeshPrimitive", {{7, 5}, {18, 5}, {20, 5}, {21, 7}, {0x7FFFFFFF, 7}}},
-        {"LineArrayPrimitive", {{7, 3}, {12, 3}, {13, 5}, {negative, 5}}},
-        {"Text3DPrimitive", {{11, 6}, {negative, 6}}},
-        {"TextStringPrimitive", {{10, 13}, {unset, 13}}},
-        {"LightSource", {{0, 0}, {6, 0}, {7, 3}, {negative, 0}, {unset, 0}}},
-        {"MaterialProperty", {{0, 6}, {unset, 6}}},
-        {"GraphicsAttributes",
-         {{0, 1}, {6, 1}, {7, 21}, {15, 21}, {16, 22}, {17, 22}, {18, 23}, {22, 23}, {23, 24}}},
-    };
-    for (Row const& row : rows) {
-        Layout const& layout = LayoutOf(row.name);
-        std::vector<Unit> const units = Units(layout);
-        for (auto const& [schema, count] : row.unitsAtSchema) {
-            SCOPED_TRACE(std::string(row.name) + " at " + std::to_string(schema));
-            for (auto const& [loads, before] : loadsAndBefore) {
-                auto const subject = MakeBefore(layout, before);
-                EXPECT_EQ(subject->Load(Joined(units, count, loads), schema), 0u);
-                EXPECT_EQ(ToHex(subject->Store(today)), ToHex(Joined(units, count, loads, before)));
+    TemporaryFile const temporary("scene.bin");
+    std::string bytes;
+    for (auto const& [name, layout] : TheBook().layouts) {
+        bytes += Joined(ImageOf(name, "filled"), &Part::stored);
+    }
+    for (int const bufferSize : {-1, 0, 1, 2, 3, 7, 8, 9, 10, 64, 65536, 1 << 20}) {
+        SCOPED_TRACE(bufferSize);
+        auto const store = [&](char const* path) {
+            CFile file(path, CFile::modeWrite | CFile::modeCreate);
+            CArchive ar(&file, CArchive::store, bufferSize);
+            ar.m_nObjectSchema = today;
+            for (auto const& [name, layout] : TheBook().layouts) {
+                Make(name, ImageOf(name, "filled")).transfer(ar);
             }
+            ar.Close();
+        };
+        store(temporary.path.c_str());
+        EXPECT_EQ(ReadFile(temporary.path), bytes);
+        EXPECT_THROW(store("/dev/full"), CFileException);
+        CFile file(temporary.path.c_str(), CFile::modeRead);
+        CArchive ar(&file, CArchive::load, bufferSize);
+        ar.m_nObjectSchema = today;
+        for (auto const& [name, layout] : TheBook().layouts) {
+            Object const object = Make(name);
+            object.transfer(ar);
+            EXPECT_EQ(object.look(), Joined(ImageOf(name, "filled"), &Part::held)) << name;
+        }
+        EXPECT_EQ(ar.GetRemaining(), 0u);
+    }
+}
+
+TEST(PrimitiveFormTest, OlderAndOddBytesLoadAsTold)
+{
+    for (Case const& row : ReadCases(Book::file, "loads")) {
+        SCOPED_TRACE(row.at("where"));
+        std::string const name = row.at("object");
+        auto const schema = static_cast<std::uint32_t>(std::stoul(row.at("schema"), nullptr, 0));
+        std::string const bytes = Read(row.at("bytes"), schema);
+        Object const object = Make(name, ImageOf(name, row.at("before").c_str()));
+        EXPECT_EQ(object.Load(bytes, schema), row.at("outcome"));
+        EXPECT_EQ(object.look(), Read(row.at("held")));
+        EXPECT_EQ(object.Store(today), object.look());
+        for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+            EXPECT_EQ(Make(name).Load(bytes.substr(0, cut), schema).substr(0, 4), "ends") << "cut to " << cut;
         }
     }
 }
 
-namespace {
-
-std::string const D123 = P12 + "0000000000000840 ";
-std::string const D456 = " 0000000000001040 0000000000001440 0000000000001840 ";
-std::string const text3d = " 000000000000E03F 01000000";
-std::string const attributesTail = " 0000803F 07000000 08000000 05000000 00*4 00*16 00 00*8 00*128 00*8 01 "
-                                   "00*21 02000000";
-
-/// Bytes of the filled object at numbers where they may be others than today's.
-struct StoreRow
+TEST(PrimitiveFormTest, CountsBeyondTheArchiveEndSoonAndTakeLittle)
 {
-    char const* name;
-    std::vector<std::uint32_t> schemas;
-    std::string bytes;
-};
-
-StoreRow const storeRows[] = {
-    {"Point3d", {0, 6, 19, unset}, D123},
-    {"Point3d", {7, 18, 20, negative, unset - 1}, P123},
-    {"Point2d", {6}, P12},
-    {"Vertex", {19}, C1 + D123},
-    {"VertexNormal", {6}, C1 + D123 + D456},
-    {"LitPrimitive", {6}, "01020304 05000000 FEFFFFFF"},
-    {"LightSource", {6, unset}, C1 + D123 + "01"},
-    {"LineArrayPrimitive", {12}, "01020304 02000000" + line + newLine + "0000C03F"},
-    {"LineArrayPrimitive", {13}, "01020304 02000000" + line + newLine + "0000C03F 01000000 0FF0"},
-    {"Text3DPrimitive", {9, 10}, "01020304" + C1 + "03 48E93F 04 53616E73 0A000000" + P123 + text3d},
-    {"Text3DPrimitive", {11}, "01020304" + C1 + P123 + "03 48E93F 04 53616E73 0A000000" + text3d},
-    {"Text3DPrimitive", {unset}, "01020304" + C1 + D123 + "03 48E93F 04 53616E73 0A000000" + text3d},
-    {"TriangleMeshPrimitive",
-     {6},
-     "01020304 05000000 FEFFFFFF 02000000 01000000 FEFFFFFF 03000000 04000000 05000000 06000000 01000000" +
-         C1 + D123 + D456 + "01000000 01000000" + C2},
-};
-
-/// Bytes that a store does not make, and the object that they load into a new one, as it stores itself today.
-struct LoadRow
-{
-    char const* name;
-    std::uint32_t schema;
-    std::string bytes;
-    std::string state;
-};
-
-LoadRow const loadRows[] = {
-    // A vertex is opaque at every number; other colours keep an alpha of 0 from 22 on.
-    {"Vertex", today, "112233 00" + P123, "112233FF" + P123},
-    {"VertexNormal", 22, "112233 00" + P123 + P456, "112233FF" + P123 + P456},
-    {"PlanePrimitive", 21, P123 + P456 + "11223300", P123 + P456 + "112233FF"},
-    {"PlanePrimitive", 22, P123 + P456 + "11223300", P123 + P456 + "11223300"},
-    {"PlanePrimitive", negative, P123 + P456 + "11223300", P123 + P456 + "11223300"},
-    // The first corner gives the colour.
-    {"TrianglePrimitive", today, "00*12" + C1 + P123 + C2 + P456 + C2 + P789 + "00*12",
-     "00*12" + C1 + P123 + C1 + P456 + C1 + P789 + "00*12"},
-    // Face data in the archive are not believed, and colours after the first neither.
-    {"TetrahedronPrimitive", today,
-     "01020304 05000000 FEFFFFFF" + C1 + "00*12 FF*24" + C2 + "00004040 00*8 FF*24" + C2 +
-         "00*4 00004040 00*4 FF*24" + C2 + "00*8 00004040 FF*24",
-     "01020304 05000000 FEFFFFFF" + tetrahedron},
-    // Any flag but 0 is true for these, in the order second, first, third.
-    {"IconPrimitive", today, "00*20 07000000 02000000 00000000 00010000 00*8",
-     "00*4 000000FF 00*12 07000000 01000000 00000000 01000000 00*8"},
-    {"UnlitShapePrimitive", today, "00*20" + C1 + C2 + "02000000 00*4 00010000 FFFFFFFF 00*4",
-     "00*20" + C1 + C2 + "01000000 00*4 01000000 01000000 00*4"},
-    {"MaterialProperty", today, "80 00*20", "01 00*20"},
-    // Only the whole word 1 is true for these.
-    {"LineArrayPrimitive", today, "00*12 02000000 0000", "00*12 00000000 0000"},
-    {"LineArrayPrimitive", today, "00*12 01010000 0000", "00*12 00000000 0000"},
-    {"TextBoxPrimitive", today, "00*20" + C1 + C2 + "00*20 00 00 00*4 00*4 02000000 00*4 00010000",
-     "00*20" + C1 + C2 + "00*20 00 00 00*4 00*4 00*4 00*4 00*4"},
-    {"TextBoxPrimitive", today, "00*20" + C1 + C2 + "00*20 00 00 00*4 00*4 01000000 00*4 01000000",
-     "00*20" + C1 + C2 + "00*20 00 00 00*4 00*4 01000000 00*4 01000000"},
-    // The older text: an opaque colour before the text and the point after it; faces as text, then as
-    // numbers.
-    {"Text3DPrimitive", 10, "01020304" + C1 + "02 4869 04 53616E73 0A000000" + P123 + text3d,
-     "01020304 112233FF" + P123 + "02 4869 04 53616E73 0A000000" + text3d},
-    {"Text3DPrimitive", 9, "01020304" + C1 + "02 4869 03000000 0A000000" + P123 + text3d,
-     "01020304 112233FF" + P123 + "02 4869 0B 436F7572696572204E6577 0A000000" + text3d},
-    {"Text3DPrimitive", 0, "01020304" + C1 + "02 4869 02000000 0A000000" + D123 + text3d,
-     "01020304 112233FF" + P123 + "02 4869 0F 54696D6573204E657720526F6D616E 0A000000" + text3d},
-    {"Text3DPrimitive", 9, "01020304" + C1 + "00 04000000 0A000000" + P123 + text3d,
-     "01020304 112233FF" + P123 + "00 05 417269616C 0A000000" + text3d},
-    {"TextStringPrimitive", 9, "00*20" + C1 + C2 + "00*20 02 4869 01000000 0A000000 07000000 01000000",
-     "00*20" + C1 + C2 + "00*20 02 4869 05 417269616C 0A000000 07000000 01000000"},
-    {"TextStringPrimitive", 9, "00*20" + C1 + C2 + "00*20 02 4869 00000000 0A000000 07000000 01000000",
-     "00*20" + C1 + C2 + "00*20 02 4869 05 417269616C 0A000000 07000000 01000000"},
-    // Wide text, a length in a longer form than needed, and a zero character, where a text ends.
-    {"Text3DPrimitive", today, "00*4" + C1 + "00*12 FF FEFF 02 4800 E900 FF 0100 41 00*4 00*12",
-     "00*4" + C1 + "00*12 02 48E9 01 41 00*4 00*12"},
-    {"Text3DPrimitive", today, "00*4" + C1 + "00*12 03 480069 00 00*4 00*12",
-     "00*4" + C1 + "00*12 01 48 00 00*4 00*12"},
-    // Signed tests: at these numbers a mesh ends after its vertices.
-    {"TriangleMeshPrimitive", 6, "00*8 00*4 01000000" + C1 + D123 + D456,
-     "00*12 00*4 01000000" + C1 + P123 + P456 + "00*8 000000FF"},
-    {"TriangleMeshPrimitive", negative, "00*8 00*4 01000000" + C1 + P123 + P456,
-     "00*12 00*4 01000000" + C1 + P123 + P456 + "00*8 000000FF"},
-    {"TriangleMeshPrimitive", unset, "00*8 00*4 01000000" + C1 + D123 + D456,
-     "00*12 00*4 01000000" + C1 + P123 + P456 + "00*8 000000FF"},
-    // Light counts: more than the capacity, none, negative, and lights that take no bytes.
-    {"GraphicsAttributes", today, C2 + "06000000" + C1 + P123 + "01" + C2 + "00*81" + attributesTail,
-     C2 + "04000000" + C1 + P123 + "01" + C2 + "00*47 " +
-         "0000803F 07000000 08000000 01000000 00*4 00*16 00 00*8 "
-         "00*128 00*8 01 00*21 02000000"},
-    {"GraphicsAttributes", today, C2 + "FFFFFFFF" + attributesTail, ""},
-    {"GraphicsAttributes", unset, C2 + "FFFFFF7F" + attributesTail, ""},
-    {"GraphicsAttributes", negative, C2 + "01000000" + attributesTail, ""},
-};
-
-} // namespace
-
-TEST(PrimitiveFormTest, StoresFollowTheNumberOnlyWhereItCounts)
-{
-    for (StoreRow const& row : storeRows) {
-        auto const subject = LayoutOf(row.name).make();
-        subject->Fill();
-        for (std::uint32_t schema : row.schemas) {
-            EXPECT_EQ(ToHex(subject->Store(schema)), ToHex(FromHex(row.bytes)))
-                << row.name << " at " << schema;
+    AllocationLimit const limit(32 << 20);
+    for (Case const& row : ReadCases(Book::file, "hostile counts")) {
+        for (std::string const count : {"FFFFFFFF", "00000080", "FFFFFF7F", "00000001"}) {
+            SCOPED_TRACE(row.at("where") + " with " + count);
+            std::string const bytes = Read(row.at("before") + " " + count + " 01*100");
+            EXPECT_EQ(Make(row.at("object")).Load(bytes, today), count[6] >= '8' ? "too long" : "ends");
         }
     }
 }
 
-TEST(PrimitiveFormTest, LoadsTakeOlderAndOddBytes)
+TEST(PrimitiveFormTest, ObjectsHoldWhatNoArchiveDoes)
 {
-    std::string const darkLights = "04000000 000000FF 00*13 000000FF 00*13 000000FF 00*13 000000FF 00*13 ";
-    std::string const noLights = C2 + darkLights +
-                                 "0000803F 07000000 08000000 01000000 00*4 00*16 00 00*8 00*128 "
-                                 "00*8 01 00*21 02000000";
-    for (LoadRow const& row : loadRows) {
-        SCOPED_TRACE(std::string(row.name) + " at " + std::to_string(row.schema) + ": " + row.bytes);
-        auto const subject = LayoutOf(row.name).make();
-        EXPECT_EQ(subject->Load(FromHex(row.bytes), row.schema), 0u);
-        EXPECT_EQ(ToHex(subject->Store(today)), ToHex(FromHex(row.state.empty() ? noLights : row.state)));
-    }
+    VolumePrimitive volume;
+    volume.SetVolume(reinterpret_cast<NComponentVolume<float>*>(&volume));
+    auto const load = [&](CArchive& ar) {
+        Serialize(ar, volume);
+    };
+    EXPECT_EQ(LoadBytes(today, {}, load), 3);
+    EXPECT_NE(volume.GetVolume(), nullptr);
+    EXPECT_EQ(LoadBytes(today, Bytes(4), load), 3);
+    EXPECT_EQ(volume.GetVolume(), nullptr);
+    Text3DPrimitive label; // its text is stored up to its zero character
+    label.SetText(std::wstring(L"H\u00E9\u0100\0i", 5));
+    Bytes const bytes = StoredBytes(today, [&](CArchive& ar) { Serialize(ar, label); });
+    EXPECT_EQ(Bytes(bytes.begin() + 20, bytes.begin() + 25), (Bytes{3, 'H', 0xE9, '?', 5}));
+    TetrahedronPrimitive tetrahedron;
+    tetrahedron.SetHiddenFace(2, true);
+    EXPECT_TRUE(tetrahedron.GetHiddenFace(2) && !tetrahedron.GetHiddenFace(1));
+    EXPECT_THROW(tetrahedron.GetFaceNormal(4), CInvalidArgException);
+    EXPECT_THROW(tetrahedron.GetFaceCentroid(-1), CInvalidArgException);
+    EXPECT_THROW(TriangleMeshPrimitive().GetVertexAt(0), CInvalidArgException);
 }
+
+} // namespace VorlaneTest
