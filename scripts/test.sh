@@ -47,18 +47,32 @@ build_and_test() {
 }
 
 run_fuzzers() {
-    say "== fuzz, $fuzz_seconds s each"
+    say "== fuzz, $fuzz_seconds s each, as many at once as there are cores"
     cmake --preset fuzz >/dev/null
     cmake --build --preset fuzz
-    local source name corpus
+    local source running=()
     for source in fuzz/*.cpp; do
-        name=$(basename "$source" .cpp)
-        corpus=build/fuzz/corpus/$name
-        mkdir -p "$corpus"
-        say "-- $name"
-        build/fuzz/fuzz/"$name" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -timeout=10 -print_final_stats=0 \
-            -verbosity=0 "$corpus" fuzz/corpus/"$name" || fail "fuzz target $name has a finding"
+        fuzz_one "$(basename "$source" .cpp)" &
+        running+=($!)
+        if [ ${#running[@]} -ge "$(nproc)" ]; then
+            wait "${running[0]}"
+            running=("${running[@]:1}")
+        fi
     done
+    local job
+    for job in "${running[@]}"; do wait "$job"; done
+}
+
+fuzz_one() {
+    local name=$1 log=build/fuzz/$1.log corpus=build/fuzz/corpus/$1
+    mkdir -p "$corpus"
+    if build/fuzz/fuzz/"$name" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -timeout=10 \
+        -print_final_stats=1 -verbosity=0 "$corpus" fuzz/corpus/"$name" >"$log" 2>&1; then
+        say "-- $name: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") inputs, no finding"
+    else
+        cat "$log"
+        fail "fuzz target $name has a finding"
+    fi
 }
 
 for part in "${parts[@]}"; do
