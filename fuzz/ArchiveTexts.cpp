@@ -1,12 +1,14 @@
 // Texts, counts, arrays and maps from any bytes, through a buffer of any size: they load, or raise what is
 // told, in bounded memory; what has loaded goes out and comes back the same.
 
+#include "fuzz/Require.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <vector>
+
+using VorlaneFuzz::Require;
 
 namespace {
 
@@ -52,9 +54,7 @@ void LoadAll(std::vector<unsigned char> bytes, int bufferSize)
         if (kind % 5 == 0) {
             CString loaded;
             again >> loaded;
-            if (loaded.GetLength() != text.GetLength() || loaded != text || again.GetRemaining() != 0) {
-                std::abort();
-            }
+            Require(loaded.GetLength() == text.GetLength() && loaded == text && again.GetRemaining() == 0);
         }
     }
 }
@@ -69,9 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t siz
     try {
         LoadAll(std::vector<unsigned char>(bytes + 1, bytes + size), bytes[0]);
     } catch (CArchiveException const& exception) {
-        if (exception.m_cause != CArchiveException::endOfFile) {
-            std::abort();
-        }
+        Require(exception.m_cause == CArchiveException::endOfFile);
     } catch (CInvalidArgException const&) {
     } catch (CMemoryException const&) {
     }

@@ -1,15 +1,17 @@
 // Random lists of operations on a text, an array and a map, each beside its plain counterpart of the standard
 // library.
 
+#include "fuzz/Require.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
+
+using VorlaneFuzz::Require;
 
 namespace {
 
@@ -28,13 +30,6 @@ private:
     std::uint8_t const* m_next;
     std::uint8_t const* m_end;
 };
-
-void Require(bool holds)
-{
-    if (!holds) {
-        std::abort();
-    }
-}
 
 /// Whether `operation` is refused with the invalid-argument exception.
 template <typename Operation>

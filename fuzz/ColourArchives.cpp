@@ -4,16 +4,18 @@
 // The first byte of the input chooses the object, the next four are the schema number, and the rest is the
 // archive.
 
+#include "fuzz/Require.h"
 #include "vorlane/colour/ColorMapParameters.h"
 #include "vorlane/colour/CustomColorSpectrum.h"
 #include "vorlane/colour/NamedColorArrays.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <stdexcept>
 #include <vector>
+
+using VorlaneFuzz::Require;
 
 namespace {
 
@@ -21,13 +23,6 @@ using Bytes = std::vector<unsigned char>;
 
 /// A number above all that layouts depend on, at which every store reads back.
 constexpr std::uint32_t newestSchema = 24;
-
-void Require(bool condition)
-{
-    if (!condition) {
-        std::abort();
-    }
-}
 
 template <typename Serialize>
 Bytes Store(Serialize const& serialize)

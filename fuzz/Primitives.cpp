@@ -3,16 +3,18 @@
 // The first byte of the input chooses the object, the next four are the schema number, and the rest is the
 // archive.
 
+#include "fuzz/Require.h"
 #include "vorlane/persistence/ArchiveForm.h"
 #include "vorlane/persistence/PrimitiveSerializers.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <stdexcept>
 #include <vector>
 
 using namespace Lumora;
+
+using VorlaneFuzz::Require;
 
 namespace {
 
@@ -60,9 +62,7 @@ void Try(Bytes const& bytes, std::uint32_t schema)
     try {
         Load(object, bytes, schema);
     } catch (CArchiveException const& exception) {
-        if (exception.m_cause != CArchiveException::endOfFile) {
-            std::abort();
-        }
+        Require(exception.m_cause == CArchiveException::endOfFile);
         return;
     } catch (std::length_error const&) {
         return;
@@ -72,9 +72,7 @@ void Try(Bytes const& bytes, std::uint32_t schema)
     // Doubles of an older archive become floats in the first round, and faces are computed from them in the
     // next.
     Bytes const second = Again<T>(Stored(object));
-    if (Again<T>(second) != second) {
-        std::abort();
-    }
+    Require(Again<T>(second) == second);
 }
 
 using TryFunction = void (*)(Bytes const&, std::uint32_t);
