@@ -1,13 +1,14 @@
 #include "vorlane/colour/ColorSpectrumRegistry.h"
+#include "tests/colour/ColourTesting.h"
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/CaseTable.h"
 
 #include "gtest/gtest.h"
 
 #include <vector>
 
-using Orrin::Color;
 using Vorlane::ColorSpectrumRegistry;
-using Vorlane::CustomColorSpectrum;
+using namespace VorlaneTest;
 
 namespace {
 
@@ -36,8 +37,7 @@ protected:
     }
     void Register(char const* name)
     {
-        CustomColorSpectrum spectrum(name, 2, true);
-        spectrum.SetColor(0, Color::Cyan());
+        CustomColorSpectrum spectrum = SpectrumOf(name, "x-", true, Color::Cyan());
         registry.RegisterColorSpectrum(spectrum);
         spectrum.SetColor(0, Color::Yellow()); // which the registry does not see
     }
@@ -50,6 +50,25 @@ protected:
 };
 
 } // namespace
+
+TEST_F(ColorSpectrumRegistryTest, BuiltInRampsAreThoseOfTheTable)
+{
+    Orrin::ColorArray (*const makers[])() = {
+        Vorlane::BlackWhiteColorArray,   Vorlane::WhiteBlackColorArray,
+        Vorlane::RedBlueColorArray,      Vorlane::BlueRedColorArray,
+        Vorlane::RedWhiteBlueColorArray, Vorlane::BlueWhiteRedColorArray,
+        Vorlane::RedGreenBlueColorArray, Vorlane::BlueGreenRedColorArray,
+        Vorlane::Rainbow1ColorArray,     Vorlane::Rainbow1ReversedColorArray,
+        Vorlane::Rainbow2ColorArray,     Vorlane::Rainbow2ReversedColorArray};
+    std::vector<Case> const rows = ReadCases("colour/colours.txt", "ramps");
+    ASSERT_EQ(rows.size(), std::size(makers));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        std::string const& name = rows[i].at("name");
+        for (Orrin::ColorArray const& array : {makers[i](), Vorlane::NamedColorArray(name.c_str())}) {
+            EXPECT_EQ(array.GetName() + HexOf(ColorsOf(array)), name + ' ' + rows[i].at("stops"));
+        }
+    }
+}
 
 TEST_F(ColorSpectrumRegistryTest, AppendsTheNamesInTheOrderOfTheirBytes)
 {
@@ -92,8 +111,8 @@ TEST_F(ColorSpectrumRegistryTest, FillsOnlyWhenNothingIsLeftAndThenWithAllOrNone
     registry.UnRegisterColorSpectrum("mine");
     EXPECT_EQ(Vorlane::NamedColorArray("Red-Blue").GetName(), "Red-Blue");
     EXPECT_EQ(Names(), builtIn);
-    EXPECT_GT(VorlaneTest::ForEachFailedAllocation([&] { UnRegisterAll(); }, [] { ColorSpectrumRegistry(); },
-                                                   [&] { EXPECT_TRUE(Names().empty()); }),
+    EXPECT_GT(ForEachFailedAllocation([&] { UnRegisterAll(); }, [] { ColorSpectrumRegistry(); },
+                                      [&] { EXPECT_TRUE(Names().empty()); }),
               12);
     EXPECT_EQ(Names(), builtIn);
 }

@@ -1,46 +1,85 @@
 #ifndef VORLANE_TESTS_COLOUR_COLOURTESTING_H
 #define VORLANE_TESTS_COLOUR_COLOURTESTING_H
 
-#include "tests/support/ArchivedBytes.h"
+#include "vorlane/colour/ColorMapParameters.h"
+#include "vorlane/colour/CustomColorSpectrum.h"
 
-#include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <string>
+#include <vector>
 
 namespace VorlaneTest {
 
-/// The bytes of a text literal, also those after a zero byte.
-template <std::size_t size>
-std::string Raw(char const (&text)[size])
-{
-    return std::string(text, size - 1);
-}
+using Orrin::Color;
+using Vorlane::ColorMapParameters;
+using Vorlane::CustomColorSpectrum;
 
-/// StoredBytes and LoadBytes with the bytes as a text.
-template <typename Store>
-std::string Stored(std::uint32_t schema, Store const& store)
-{
-    Bytes const bytes = StoredBytes(schema, store);
-    return std::string(bytes.begin(), bytes.end());
-}
+using Packed = std::vector<std::uint32_t>;
 
-template <typename Load>
-int CauseOfLoad(std::uint32_t schema, std::string const& bytes, Load const& load)
-{
-    return LoadBytes(schema, Bytes(bytes.begin(), bytes.end()), load);
-}
+constexpr std::uint32_t red = 0xFF0000FFu, blue = 0xFFFF0000u, black = 0xFF000000u;
 
-/// Objects in pairs of equals, the pairs from the least to the greatest. An order that agrees with the ranks
-/// is a strict weak one.
-template <typename Objects>
-void ExpectRankedPairs(Objects const& all)
+inline Packed ColorsOf(Orrin::ColorArray const& array)
 {
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        for (std::size_t j = 0; j < all.size(); ++j) {
-            ASSERT_EQ(all[i] < all[j], i / 2 < j / 2) << i << " and " << j;
-            ASSERT_EQ(all[i] == all[j], i / 2 == j / 2) << i << " and " << j;
-            ASSERT_EQ(all[i] != all[j], i / 2 != j / 2) << i << " and " << j;
-        }
+    Packed packed;
+    for (Color const& color : array) {
+        packed.push_back(color.GetPacked());
     }
+    return packed;
+}
+
+inline std::string HexOf(Packed const& colors)
+{
+    std::string text;
+    for (std::uint32_t const packed : colors) {
+        char digits[10];
+        std::snprintf(digits, sizeof digits, " %08X", packed);
+        text += digits;
+    }
+    return text;
+}
+
+/// One character a position: 'x' for a defined one, '-' for a computed one.
+inline std::string FlagsOf(CustomColorSpectrum const& spectrum)
+{
+    std::string flags;
+    Color color;
+    for (int index = 0; index < spectrum.GetColorArray().GetSize(); ++index) {
+        flags += spectrum.GetColor(index, color) ? 'x' : '-';
+    }
+    return flags;
+}
+
+inline CustomColorSpectrum SpectrumOf(char const* name, std::string const& flags, bool editable,
+                                      Color color = red)
+{
+    CustomColorSpectrum spectrum(name, static_cast<int>(flags.size()), editable);
+    for (std::size_t at = flags.find('x'); at != std::string::npos; at = flags.find('x', at + 1)) {
+        spectrum.SetColor(static_cast<int>(at), color);
+    }
+    return spectrum;
+}
+
+/// One character a bin: 'x' for one that is on.
+inline std::string BinsOf(ColorMapParameters const& parameters)
+{
+    Vorlane::BoolArray bins(3, 1);
+    parameters.GetTransferFunction(bins);
+    std::string text;
+    for (int bin = 0; bin < bins.GetSize(); ++bin) {
+        text += bins[bin] ? 'x' : '-';
+    }
+    return text;
+}
+
+inline ColorMapParameters ParametersOf(char const* spectrum, bool clip, double minimum, double maximum,
+                                       std::string const& bins)
+{
+    Vorlane::BoolArray entries;
+    for (char const bin : bins) {
+        entries.Add(bin == 'x');
+    }
+    return ColorMapParameters(spectrum, clip, minimum, maximum, entries);
 }
 
 } // namespace VorlaneTest
