@@ -302,22 +302,24 @@ TEST(PrimitiveFormTest, LoadsTheFieldsBeforeAnyCut)
 {
     std::set<std::string> seen; // bytes of an object, which are cut but once
     ForEachLayout([&](std::string const& name, std::uint32_t schema, std::array<Image, 2> const& images) {
-        for (int const form : {0, 1}) {
-            std::string const bytes = Joined(images[form], &Part::loaded);
+        for (bool const isFilled : {false, true}) {
+            Image const& image = images[isFilled];
+            Image const& before = images[!isFilled];
+            std::string const bytes = Joined(image, &Part::loaded);
             std::size_t const firstCut = seen.insert(name + bytes).second ? 0 : bytes.size();
             for (std::size_t cut = firstCut; cut <= bytes.size(); ++cut) {
-                Object const object = Make(name, images[1 - form]);
+                Object const object = Make(name, before);
                 std::string const outcome = object.Load(bytes.substr(0, cut), schema);
                 bool const mayEndInText = outcome == "ends in a text" && name.rfind("Text", 0) == 0;
                 EXPECT_EQ(mayEndInText ? "ends" : outcome, cut < bytes.size() ? "ends" : "whole");
                 std::string expected;
                 bool isPartlyChanged = false;
                 std::size_t end = 0;
-                for (std::size_t i = 0; i < images[form].size(); ++i) {
-                    Part const& part = images[form][i];
+                for (std::size_t i = 0; i < image.size(); ++i) {
+                    Part const& part = image[i];
                     isPartlyChanged |= part.isChangedEarly && end <= cut && cut < end + part.loaded.size();
                     end += part.loaded.size();
-                    expected += (part.loaded.empty() || end > cut ? images[1 - form][i] : part).held;
+                    expected += (part.loaded.empty() || end > cut ? before[i] : part).held;
                 }
                 EXPECT_TRUE(isPartlyChanged || object.look() == expected)
                     << "cut to " << cut << ": " << testing::PrintToString(object.look());
