@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
@@ -55,6 +56,17 @@ public:
                 m_count += squares[n] < m_distanceSquared ? 1 : 0;
             }
         }
+    }
+
+    /// Takes a point in that is known to be near.
+    void AddNear(int index, double square)
+    {
+        if (m_count == capacity) {
+            Flush();
+        }
+        m_indices[m_count] = index;
+        m_squares[m_count] = square;
+        ++m_count;
     }
 
     /// Hands over what was found; the index of the closest point, -1 for none.
@@ -126,11 +138,38 @@ int NeighborList::Add(Point3d const& point)
     return m_count++;
 }
 
-std::vector<VoxelIndex> const& NeighborList::GetIndexes() const
+void NeighborList::PreparePoints() const
 {
-    return AfxWithMemoryException([&]() -> std::vector<VoxelIndex> const& {
-        return m_points->GetIndexes([this](Point3d const& point) { return GetIndex(point); });
-    });
+    AfxWithMemoryException(
+        [&] { m_points->Prepare([this](Point3d const& point) { return GetIndex(point); }); });
+}
+
+/// A point near a place that is in no index yet.
+struct NeighborList::NearWaiting
+{
+    std::size_t place; ///< of its voxel, as GetPlace numbers the voxels around
+    int index;
+    double square; ///< of its distance
+};
+
+/// Writes those that are near `point` to `found`; the end of them.
+NeighborList::NearWaiting* NeighborList::FindNearWaiting(Point3d const& point, double distanceSquared,
+                                                         NearWaiting* found) const
+{
+    PointLog const& waiting = m_points->GetWaiting();
+    for (std::size_t n = 0; n != waiting.GetSize(); ++n) {
+        Point3d const& other = waiting[n];
+        double const square = other.Distance2(point);
+        if (square < distanceSquared) {
+            VoxelOffset const offset = {GetSubIndex(other.x) - GetSubIndex(point.x),
+                                        GetSubIndex(other.y) - GetSubIndex(point.y),
+                                        GetSubIndex(other.z) - GetSubIndex(point.z)};
+            if (std::abs(offset.dx) <= 1 && std::abs(offset.dy) <= 1 && std::abs(offset.dz) <= 1) {
+                *found++ = {GetPlace(offset), m_points->GetFirstWaiting() + static_cast<int>(n), square};
+            }
+        }
+    }
+    return found;
 }
 
 int NeighborList::GetNeighbors(Point3d const& point, double distance, IntArray& neighbors) const
@@ -138,7 +177,8 @@ int NeighborList::GetNeighbors(Point3d const& point, double distance, IntArray& 
     if (m_voxelsPerAxis == 0) {
         return -1;
     }
-    auto const& indexes = GetIndexes();
+    PreparePoints();
+    auto const& indexes = m_points->GetIndexes();
     int const i = GetSubIndex(point.x);
     int const j = GetSubIndex(point.y);
     int const k = GetSubIndex(point.z);
@@ -153,12 +193,21 @@ int NeighborList::GetNeighbors(Point3d const& point, double distance, IntArray& 
             }
         }
     }
-    NeighborSearch search(point, distance * distance, m_maximum, neighbors);
+    double const distanceSquared = distance * distance;
+    NearWaiting waiting[PointStore::mostWaiting];
+    NearWaiting const* const waitingEnd = FindNearWaiting(point, distanceSquared, waiting);
+    NeighborSearch search(point, distanceSquared, m_maximum, neighbors);
     bool const isInterior = IsInterior(i, j, k);
     for (VoxelOffset const& offset : allVoxelOffsets) {
         if (isInterior || IsInGrid(i, j, k, offset)) {
+            std::size_t const place = GetPlace(offset);
             for (std::size_t n = 0; n != indexes.size(); ++n) {
-                search.Add(indexes[n].GetCell(cells[n][GetPlace(offset)]));
+                search.Add(indexes[n].GetCell(cells[n][place]));
+            }
+            for (NearWaiting const* near = waiting; near != waitingEnd; ++near) {
+                if (near->place == place) {
+                    search.AddNear(near->index, near->square);
+                }
             }
         }
     }
@@ -186,16 +235,12 @@ int NeighborList::GetPairs(IntArray& first, IntArray& second) const
         }
         return first.GetSize();
     }
-    std::vector<VoxelIndex> const& indexes = GetIndexes();
-    if (indexes.empty()) {
-        return first.GetSize();
-    }
+    PreparePoints();
     AfxWithMemoryException([&] {
         std::optional<VoxelIndex> merged;
-        for (std::size_t n = indexes.size(); n-- > 1;) {
-            merged = VoxelIndex(indexes[n - 1], merged ? *merged : indexes[n]);
-        }
-        PairSearch(merged ? *merged : indexes[0], m_cutoffSquared).AppendPairs(m_hashSize, first, second);
+        VoxelIndex const& index =
+            m_points->GetWhole([this](Point3d const& point) { return GetIndex(point); }, merged);
+        PairSearch(index, m_cutoffSquared).AppendPairs(m_hashSize, first, second);
     });
     return first.GetSize();
 }

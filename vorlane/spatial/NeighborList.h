@@ -9,12 +9,10 @@
 #include "vorlane/foundation/ValueTypes.h"
 
 #include <memory>
-#include <vector>
 
 namespace Vorlane {
 
 class PointStore;
-class VoxelIndex;
 
 /// A sparse grid of cubic voxels whose edge is the cutoff; only voxels with points in them take memory.
 ///
@@ -30,9 +28,9 @@ class VoxelIndex;
 ///
 /// Memory: at most 64 bytes a point and 64 bytes a voxel, and 16 kilobytes.
 ///
-/// The first query after Add sorts the new points, and takes memory for that too; so the cost of a point is
-/// mostly paid there. Points and queries may well come by turns. Queries may run side by side on several
-/// threads, as long as no Add runs.
+/// The first query after many calls of Add sorts the new points, and takes memory for that too; so the cost
+/// of a point is mostly paid there. Points and queries may well come by turns. Queries may run side by side
+/// on several threads, as long as no Add runs.
 ///
 /// Source: B. Quentrec and C. Brot, "New method for searching for neighbors in molecular dynamics
 /// computations", Journal of Computational Physics 13 (1973).
@@ -101,7 +99,11 @@ protected:
     int GetIndex(Spatia::Point3d const& point) const;
 
 private:
-    std::vector<VoxelIndex> const& GetIndexes() const;
+    struct NearWaiting;
+
+    void PreparePoints() const;
+    NearWaiting* FindNearWaiting(Spatia::Point3d const& point, double distanceSquared,
+                                 NearWaiting* found) const;
 
     int m_count = 0;
     double m_cutoff = 0.0;

@@ -4,19 +4,18 @@
 
 namespace Vorlane {
 
-/// Brings the points of the log into the indexes.
-void PointStore::Sort(std::vector<Keyed> keys)
+/// Takes the index of the waiting points in.
+void PointStore::Sort(VoxelIndex index)
 {
-    VoxelIndex index(m_log, static_cast<int>(m_indexedCount), std::move(keys));
     std::size_t kept = m_indexes.size();
-    while (kept != 0 && m_indexes[kept - 1].GetPointCount() <= 2 * index.GetPointCount()) {
+    while (kept != 0 && m_indexes[kept - 1].GetPointCount() <= mostTimesAsLarge * index.GetPointCount()) {
         index = VoxelIndex(m_indexes[--kept], index);
     }
     m_indexes.reserve(kept + 1);
     m_indexes.erase(m_indexes.begin() + static_cast<std::ptrdiff_t>(kept), m_indexes.end());
     m_indexes.push_back(std::move(index));
-    m_indexedCount += m_log.GetSize();
-    m_log.Clear();
+    m_indexedCount += m_waiting.GetSize();
+    m_waiting.Clear();
 }
 
 } // namespace Vorlane
