@@ -12,7 +12,6 @@ TEST(TypedArraysTest, ConstructorSetsSizeZerosAndGrowth)
     ASSERT_EQ(ten.GetSize(), 10);
     EXPECT_EQ(ten[9], 0);
     IntArray grown(ten);
-    grown.SetSize(10, 0);
     grown = ten;
     grown.Add(1);
     EXPECT_EQ(grown.GetCapacity(), 14);

@@ -10,7 +10,7 @@ TEST(LoadUnloadTest, EveryLoadFindsFreshStateAndEveryUnloadIsReal)
         SCOPED_TRACE(round);
         void* const module = dlopen(VORLANE_LIBRARY_USER, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(module, nullptr) << dlerror();
-        auto const use = reinterpret_cast<char const* (*)()>(dlsym(module, "UseEveryFamily"));
+        auto const use = reinterpret_cast<char const* (*)()>(dlsym(module, "UseFreshLibrary"));
         ASSERT_NE(use, nullptr) << dlerror();
         EXPECT_STREQ(use(), "");
         ASSERT_EQ(dlclose(module), 0) << dlerror();
