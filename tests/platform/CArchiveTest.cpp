@@ -2,6 +2,7 @@
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/ArchivedBytes.h"
+#include "tests/support/CaseTable.h"
 #include "tests/support/Files.h"
 #include "tests/support/Seed.h"
 
@@ -9,30 +10,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <functional>
+#include <map>
 #include <string>
+#include <type_traits>
 #include <vector>
 
-using VorlaneTest::Bytes;
-using VorlaneTest::LoadBytes;
-using VorlaneTest::StoredBytes;
-using VorlaneTest::TemporaryFile;
-using VorlaneTest::unsetSchema;
+using namespace VorlaneTest;
 
 namespace {
-
-/// The cause of the CArchiveException that `operation` raises, which names `fileName`; 0 for none.
-template <typename Operation>
-int CauseOf(Operation operation, std::string const& fileName = "")
-{
-    try {
-        operation();
-    } catch (CArchiveException const& exception) {
-        EXPECT_EQ(exception.m_strFileName, fileName.c_str());
-        return exception.m_cause;
-    }
-    return 0;
-}
 
 /// Loads an object that has a Serialize.
 template <typename Object>
@@ -47,102 +32,106 @@ Bytes StoredObject(Object& object)
     return StoredBytes(unsetSchema, [&](CArchive& archive) { object.Serialize(archive); });
 }
 
-struct Field
+template <typename Value>
+Value ValueOf(std::string const& text)
+{
+    if constexpr (std::is_same_v<Value, CString>) {
+        return text.c_str();
+    } else if constexpr (std::is_floating_point_v<Value>) {
+        return static_cast<Value>(std::stod(text));
+    } else {
+        return static_cast<Value>(std::stoull(text, nullptr, 0));
+    }
+}
+
+/// Stores the value, or loads one and compares it.
+template <typename Value>
+void TransferValue(CArchive& archive, std::string const& text)
+{
+    Value value = ValueOf<Value>(text);
+    if (archive.IsStoring()) {
+        archive << value;
+    } else {
+        value = Value();
+        archive >> value;
+    }
+    EXPECT_EQ(value, ValueOf<Value>(text));
+}
+
+void TransferCount(CArchive& archive, std::string const& text)
+{
+    unsigned long const count = ValueOf<unsigned long>(text);
+    if (archive.IsStoring()) {
+        archive.WriteCount(count);
+    } else {
+        EXPECT_EQ(archive.ReadCount(), count);
+    }
+}
+
+template <int characterSize>
+void TransferLength(CArchive& archive, std::string const& text)
+{
+    unsigned int const length = ValueOf<unsigned int>(text);
+    int size = characterSize;
+    if (archive.IsStoring()) {
+        AfxWriteStringLength(archive, length, size - 1);
+    } else {
+        size = 0;
+        EXPECT_EQ(AfxReadStringLength(archive, size), length);
+    }
+    EXPECT_EQ(size, characterSize);
+}
+
+std::map<std::string, void (*)(CArchive&, std::string const&)> const transfers = {
+    {"bool", TransferValue<bool>},
+    {"char", TransferValue<char>},
+    {"signed-char", TransferValue<signed char>},
+    {"unsigned-char", TransferValue<unsigned char>},
+    {"short", TransferValue<short>},
+    {"unsigned-short", TransferValue<unsigned short>},
+    {"int", TransferValue<int>},
+    {"unsigned-int", TransferValue<unsigned int>},
+    {"long", TransferValue<long>},
+    {"unsigned-long", TransferValue<unsigned long>},
+    {"long-long", TransferValue<long long>},
+    {"unsigned-long-long", TransferValue<unsigned long long>},
+    {"float", TransferValue<float>},
+    {"double", TransferValue<double>},
+    {"text", TransferValue<CString>},
+    {"count", TransferCount},
+    {"narrow-length", TransferLength<1>},
+    {"wide-length", TransferLength<2>}};
+
+Bytes BytesOf(std::string const& hexadecimal)
 {
     Bytes bytes;
-    std::function<void(CArchive&)> store;
-    std::function<void(CArchive&)> expectLoaded;
-};
-
-template <typename Value>
-Field Row(Value stored, Bytes bytes, Value loaded)
-{
-    return {std::move(bytes), [stored](CArchive& archive) { archive << stored; },
-            [loaded](CArchive& archive) {
-                Value value{};
-                archive >> value;
-                EXPECT_EQ(value, loaded);
-            }};
-}
-
-Field Count(unsigned long stored, Bytes bytes, unsigned long loaded)
-{
-    return {std::move(bytes), [stored](CArchive& archive) { archive.WriteCount(stored); },
-            [loaded](CArchive& archive) {
-                EXPECT_EQ(archive.ReadCount(), loaded);
-            }};
-}
-
-Field Prefix(unsigned int length, int characterSize, Bytes bytes)
-{
-    return {std::move(bytes),
-            [=](CArchive& archive) { AfxWriteStringLength(archive, length, characterSize - 1); },
-            [=](CArchive& archive) {
-                int size = 0;
-                EXPECT_EQ(AfxReadStringLength(archive, size), length);
-                EXPECT_EQ(size, characterSize);
-            }};
-}
-
-std::vector<Field> const& Fields()
-{
-    static std::vector<Field> const fields = {
-        Row<bool>(true, {1}, true),
-        Row<bool>(false, {0}, false),
-        Row<char>('\xE9', {0xE9}, '\xE9'),
-        Row<signed char>(-1, {0xFF}, -1),
-        Row<unsigned char>(200, {200}, 200),
-        Row<short>(-2, {0xFE, 0xFF}, -2),
-        Row<unsigned short>(0x1234, {0x34, 0x12}, 0x1234),
-        Row<int>(-0x7FFFFFFF, {1, 0, 0, 0x80}, -0x7FFFFFFF),
-        Row<unsigned int>(0x89ABCDEF, {0xEF, 0xCD, 0xAB, 0x89}, 0x89ABCDEF),
-        Row<long>(-2, {0xFE, 0xFF, 0xFF, 0xFF}, -2),
-        Row<long>(0x180000001, {1, 0, 0, 0x80}, -0x7FFFFFFF),
-        Row<unsigned long>(0xF80000001, {1, 0, 0, 0x80}, 0x80000001),
-        Row<long long>(-2, {0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}, -2),
-        Row<unsigned long long>(0x0102030405060708, {8, 7, 6, 5, 4, 3, 2, 1}, 0x0102030405060708),
-        Row<float>(1.5f, {0, 0, 0xC0, 0x3F}, 1.5f),
-        Row<double>(-2.5, {0, 0, 0, 0, 0, 0, 4, 0xC0}, -2.5),
-        Row<CString>("a\xE9", {2, 'a', 0xE9}, "a\xE9"),
-        Row<CString>("", {0}, ""),
-        Count(0, {0, 0}, 0),
-        Count(65534, {0xFE, 0xFF}, 65534),
-        Count(65535, {0xFF, 0xFF, 0xFF, 0xFF, 0, 0}, 65535),
-        Count(0xFFFFFFFF, {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}, 0xFFFFFFFF),
-        Count(0x100000005, {5, 0}, 5),
-        Prefix(254, 1, {254}),
-        Prefix(255, 1, {0xFF, 0xFF, 0}),
-        Prefix(65533, 1, {0xFF, 0xFD, 0xFF}),
-        Prefix(65534, 1, {0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0, 0}),
-        Prefix(4294967294, 1, {0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0xFF, 0xFF}),
-        Prefix(4294967295, 1, {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 0}),
-        Prefix(2, 2, {0xFF, 0xFE, 0xFF, 2}),
-        Prefix(65534, 2, {0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE, 0xFF, 0, 0}),
-    };
-    return fields;
+    for (std::string const& byte : Split(hexadecimal, ' ')) {
+        bytes.push_back(static_cast<unsigned char>(std::stoi(byte, nullptr, 16)));
+    }
+    return bytes;
 }
 
 } // namespace
 
 TEST(CArchiveTest, FieldsHaveTheirBytesWhateverTheBuffer)
 {
-    Bytes expected;
-    for (Field const& field : Fields()) {
-        expected.insert(expected.end(), field.bytes.begin(), field.bytes.end());
-    }
+    std::vector<Case> const fields = ReadCases("platform/archives.txt", "fields");
     for (int const bufferSize : {-1, 0, 1, 2, 3, 7, 8, 9, 10, 64, 1 << 20}) {
         SCOPED_TRACE(bufferSize);
         CMemFile file;
         CArchive storing(&file, CArchive::store, bufferSize);
-        for (Field const& field : Fields()) {
-            field.store(storing);
+        Bytes expected;
+        for (Case const& field : fields) {
+            transfers.at(field.at("kind"))(storing, field.at("stored"));
+            expected = Joined({expected, BytesOf(field.at("bytes"))});
         }
         storing.Close();
         EXPECT_EQ(file.Bytes(), expected);
         file.SeekToBegin();
         CArchive loading(&file, CArchive::load, bufferSize);
-        for (Field const& field : Fields()) {
-            field.expectLoaded(loading);
+        for (Case const& field : fields) {
+            SCOPED_TRACE(field.at("where"));
+            transfers.at(field.at("kind"))(loading, field.at("loaded"));
         }
         EXPECT_EQ(loading.GetRemaining(), 0u);
     }
@@ -150,64 +139,51 @@ TEST(CArchiveTest, FieldsHaveTheirBytesWhateverTheBuffer)
 
 TEST(CArchiveTest, AnEarlyEndLeavesTheValueAlone)
 {
-    for (Field const& field : Fields()) {
-        for (Bytes bytes = field.bytes; !bytes.empty();) {
+    for (Case const& field : ReadCases("platform/archives.txt", "fields")) {
+        auto const load = [&](CArchive& archive) {
+            transfers.at(field.at("kind"))(archive, field.at("loaded"));
+        };
+        for (Bytes bytes = BytesOf(field.at("bytes")); !bytes.empty();) {
             bytes.pop_back();
-            EXPECT_EQ(LoadBytes(unsetSchema, bytes, field.expectLoaded), +CArchiveException::endOfFile)
-                << testing::PrintToString(field.bytes);
+            EXPECT_EQ(LoadBytes(unsetSchema, bytes, load), +CArchiveException::endOfFile)
+                << field.at("where");
         }
     }
-    CMemFile file({1, 2, 3, 4, 5, 6, 7});
-    CArchive archive(&file, CArchive::load);
     double number = 1.25;
-    EXPECT_EQ(CauseOf([&] { archive >> number; }), +CArchiveException::endOfFile);
+    EXPECT_EQ(LoadBytes(unsetSchema, Bytes(7), [&](CArchive& archive) { archive >> number; }),
+              +CArchiveException::endOfFile);
     EXPECT_EQ(number, 1.25);
 }
 
 TEST(CArchiveTest, TextsLoadFromEveryForm)
 {
-    struct Row
-    {
-        Bytes bytes;
-        std::string text;
-        int cause;
-    };
-    Row const rows[] = {
-        {{3, 'a', 0, 'b'}, std::string("a\0b", 3), 0},
-        {{0xFF, 2, 0, 'a', 'b'}, "ab", 0}, // a prefix longer than need be
-        {{0xFF, 0xFE, 0xFF, 2, 0xE9, 0, 0x00, 0x01}, "\xE9?", 0},
-        {{0xFF, 0xFE, 0xFF, 0}, "", 0},
-        {{3, 'a', 'b'}, "old", CArchiveException::endOfFile},
-        {{0xFF, 0xFE, 0xFF, 2, 'a', 0, 'b'}, "old", CArchiveException::endOfFile},
-    };
-    for (Row const& row : rows) {
-        CString text("old");
-        EXPECT_EQ(LoadBytes(unsetSchema, row.bytes, [&](CArchive& archive) { archive >> text; }), row.cause);
-        EXPECT_EQ(std::string(text, static_cast<std::size_t>(text.GetLength())), row.text);
-    }
-    for (std::size_t const length : {254u, 255u, 65533u, 65534u, 300000u}) {
-        CString const text(std::string(length, '\xE9').c_str());
-        CString loaded;
-        Bytes const bytes = StoredBytes(unsetSchema, [&](CArchive& archive) { archive << text; });
-        EXPECT_EQ(LoadBytes(unsetSchema, bytes, [&](CArchive& archive) { archive >> loaded; }), 0);
-        EXPECT_EQ(loaded, text) << length;
-    }
-    Bytes wide = {0xFF, 0xFE, 0xFF, 0xFF, 0x10, 0x27}; // 10000 characters, several blocks
-    wide.resize(6 + 20000, 'x');
     CString text;
-    EXPECT_EQ(LoadBytes(unsetSchema, wide, [&](CArchive& archive) { archive >> text; }), 0);
-    EXPECT_EQ(text.GetLength(), 10000);
+    auto const load = [&](CArchive& archive) {
+        archive >> text;
+    };
+    for (Case const& row : ReadCases("platform/archives.txt", "texts")) {
+        std::string const& bytes = row.at("bytes");
+        text = "old";
+        EXPECT_EQ(LoadBytes(unsetSchema, Bytes(bytes.begin(), bytes.end()), load), std::stoi(row.at("cause")))
+            << row.at("where");
+        EXPECT_EQ(std::string(text, static_cast<std::size_t>(text.GetLength())), row.at("text"))
+            << row.at("where");
+    }
+    CString const longText(std::string(300000, '\xE9').c_str());
+    Bytes const bytes = StoredBytes(unsetSchema, [&](CArchive& archive) { archive << longText; });
+    EXPECT_EQ(LoadBytes(unsetSchema, bytes, load), 0);
+    EXPECT_EQ(text, longText);
 }
 
 TEST(CArchiveTest, AnnouncedSizesTakeNoMemoryAhead)
 {
-    VorlaneTest::AllocationLimit const limit(64 << 20);
+    AllocationLimit const limit(64 << 20);
     CString text("old");
     auto const loadText = [&](CArchive& archive) {
         archive >> text;
     };
     Bytes const narrow = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F}; // 2147483647 characters
-    Bytes const wide = VorlaneTest::Joined({{0xFF, 0xFE, 0xFF}, narrow});
+    Bytes const wide = Joined({{0xFF, 0xFE, 0xFF}, narrow});
     EXPECT_EQ(LoadBytes(unsetSchema, narrow, loadText), +CArchiveException::endOfFile);
     EXPECT_EQ(LoadBytes(unsetSchema, wide, loadText), +CArchiveException::endOfFile);
     EXPECT_THROW(LoadBytes(unsetSchema, {0xFF, 0xFF, 0xFF, 0, 0, 0, 0x80}, loadText), CMemoryException);
@@ -299,13 +275,17 @@ TEST(CArchiveTest, TheWrongModeIsRefusedWithTheFilesName)
     CArchive storing(&file, CArchive::store);
     CArchive loading(&file, CArchive::load);
     int number = 5;
-    EXPECT_EQ(CauseOf([&] { storing >> number; }, path), +CArchiveException::writeOnly);
-    EXPECT_EQ(CauseOf([&] { storing.Read(&number, 0); }, path), +CArchiveException::writeOnly);
-    EXPECT_EQ(CauseOf([&] { storing.ReadInPlace(1); }, path), +CArchiveException::writeOnly);
-    EXPECT_EQ(CauseOf([&] { loading.WriteInPlace(1); }, path), +CArchiveException::readOnly);
-    EXPECT_EQ(CauseOf([&] { loading << number; }, path), +CArchiveException::readOnly);
-    EXPECT_EQ(CauseOf([&] { loading.Write(&number, 0); }, path), +CArchiveException::readOnly);
-    EXPECT_EQ(CauseOf([&] { loading >> number; }, path), +CArchiveException::endOfFile);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing >> number; }, path), +CArchiveException::writeOnly);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing.Read(&number, 0); }, path),
+              +CArchiveException::writeOnly);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing.ReadInPlace(1); }, path),
+              +CArchiveException::writeOnly);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading.WriteInPlace(1); }, path),
+              +CArchiveException::readOnly);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading << number; }, path), +CArchiveException::readOnly);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading.Write(&number, 0); }, path),
+              +CArchiveException::readOnly);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading >> number; }, path), +CArchiveException::endOfFile);
     EXPECT_EQ(number, 5);
     EXPECT_EQ(storing.m_nObjectSchema, 0xFFFFFFFFu);
     // A text or a block of elements that ends early names no file.
@@ -314,10 +294,11 @@ TEST(CArchiveTest, TheWrongModeIsRefusedWithTheFilesName)
     storing.Write("\2\0ab", 4);
     storing.Close();
     file.SeekToBegin();
-    EXPECT_EQ(CauseOf([&] { array.Serialize(loading); }), +CArchiveException::endOfFile);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { array.Serialize(loading); }), +CArchiveException::endOfFile);
     file.SeekToBegin();
-    EXPECT_EQ(CauseOf([&] { loading.ReadCount(), loading >> text; }), +CArchiveException::endOfFile);
-    EXPECT_EQ(CauseOf([&] { storing << number; }), +CArchiveException::generic);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading.ReadCount(), loading >> text; }),
+              +CArchiveException::endOfFile);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing << number; }), +CArchiveException::generic);
     EXPECT_THROW(CArchive(nullptr, CArchive::load), CInvalidArgException);
     EXPECT_THROW(CArchive(&file, 2), CInvalidArgException);
 }
@@ -328,7 +309,7 @@ namespace {
 /// size of the largest with which it did.
 unsigned int MoveBlocks(CFile& file)
 {
-    VorlaneTest::SeededEngine random;
+    SeededEngine random;
     SCOPED_TRACE(random.Describe());
     unsigned int inPlace = 0;
     CArchive storing(&file, CArchive::store, 1000);
@@ -392,39 +373,23 @@ TEST(CArchiveTest, ArchivesMayFollowEachOtherInAFile)
     }
     EXPECT_EQ(file.GetLength(), 8u);
     file.SeekToBegin();
-    for (int const expected : {1, 2}) {
+    for (char const* const expected : {"1", "2"}) {
         CArchive archive(&file, CArchive::load);
-        int number = 0;
-        archive >> number;
-        EXPECT_EQ(number, expected);
+        TransferValue<int>(archive, expected);
     }
 }
 
 TEST(CArchiveTest, ADerivedFileSeesEveryByte)
 {
-    struct Watched : CMemFile
+    // A plain CMemFile gives blocks larger than the buffer out of its own memory.
+    struct Derived : CMemFile
     {
-        unsigned int Read(void* bytes, unsigned int count) override
-        {
-            unsigned int const taken = CMemFile::Read(bytes, count);
-            seen += taken;
-            return taken;
-        }
-        void Write(void const* bytes, unsigned int count) override
-        {
-            seen += count;
-            CMemFile::Write(bytes, count);
-        }
-        unsigned int seen = 0;
+        using CMemFile::CMemFile;
     };
-    // Blocks larger than the buffer, which a plain CMemFile hands out from its own memory.
-    char const block[100] = {};
-    Watched file;
-    EXPECT_EQ(CArchive(&file, CArchive::store, 16).WriteInPlace(sizeof block), nullptr);
-    file.Write(block, sizeof block);
-    file.SeekToBegin();
-    EXPECT_EQ(CArchive(&file, CArchive::load, 16).ReadInPlace(sizeof block), nullptr);
-    EXPECT_EQ(file.seen, sizeof block);
-    CMemFile plain;
-    EXPECT_NE(CArchive(&plain, CArchive::store, 16).WriteInPlace(sizeof block), nullptr);
+    Derived derived(Bytes(100));
+    CMemFile plain(Bytes(100));
+    EXPECT_EQ(CArchive(&derived, CArchive::load, 16).ReadInPlace(100), nullptr);
+    EXPECT_NE(CArchive(&plain, CArchive::load, 16).ReadInPlace(100), nullptr);
+    EXPECT_EQ(CArchive(&derived, CArchive::store, 16).WriteInPlace(100), nullptr);
+    EXPECT_NE(CArchive(&plain, CArchive::store, 16).WriteInPlace(100), nullptr);
 }

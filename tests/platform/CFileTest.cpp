@@ -1,37 +1,20 @@
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/ArchivedBytes.h"
 #include "tests/support/Files.h"
-#include "vorlane/foundation/FrameworkSurface.h"
 
 #include "gtest/gtest.h"
 
+#include <algorithm>
 #include <csignal>
-#include <cstring>
+#include <functional>
 #include <string>
 #include <sys/time.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
 
+using VorlaneTest::CauseOf;
 using VorlaneTest::TemporaryFile;
-
-namespace {
-
-/// The cause of the CFileException that `operation` raises, which names `path`; 0 for none.
-template <typename Operation>
-int CauseOf(Operation operation, std::string const& path)
-{
-    try {
-        operation();
-    } catch (CFileException const& exception) {
-        EXPECT_EQ(exception.m_strFileName, path.c_str());
-        EXPECT_NE(std::string(exception.what()).find('"' + path + '"'), std::string::npos)
-            << exception.what();
-        return exception.m_cause;
-    }
-    return 0;
-}
-
-} // namespace
 
 TEST(CFileTest, KeepsBytesOnDisk)
 {
@@ -62,35 +45,39 @@ TEST(CFileTest, RefusalsTellTheirCause)
 {
     TemporaryFile const temporary("refused");
     std::string const& path = temporary.path;
-    EXPECT_EQ(CauseOf([&] { CFile(path.c_str(), CFile::modeRead); }, path), +CFileException::fileNotFound);
-    EXPECT_EQ(CauseOf([&] { CFile(path.c_str(), CFile::modeWrite); }, path), +CFileException::fileNotFound);
-    EXPECT_EQ(CauseOf([&] { CFile("/tmp", CFile::modeRead); }, "/tmp"), +CFileException::accessDenied);
+    EXPECT_EQ(CauseOf<CFileException>([&] { CFile(path.c_str(), CFile::modeRead); }, path),
+              +CFileException::fileNotFound);
+    EXPECT_EQ(CauseOf<CFileException>([&] { CFile(path.c_str(), CFile::modeWrite); }, path),
+              +CFileException::fileNotFound);
+    EXPECT_EQ(CauseOf<CFileException>([&] { CFile("/tmp", CFile::modeRead); }, "/tmp"),
+              +CFileException::accessDenied);
     EXPECT_THROW(CFile(path.c_str(), 3), CInvalidArgException);
     CFile writing(path.c_str(), CFile::modeWrite | CFile::modeCreate);
     char byte = 0;
-    EXPECT_EQ(CauseOf([&] { writing.Read(&byte, 1); }, path), +CFileException::accessDenied);
+    EXPECT_EQ(CauseOf<CFileException>([&] { writing.Read(&byte, 1); }, path), +CFileException::accessDenied);
     CFile reading(path.c_str(), CFile::modeRead);
-    EXPECT_EQ(CauseOf([&] { reading.Write(&byte, 1); }, path), +CFileException::accessDenied);
+    EXPECT_EQ(CauseOf<CFileException>([&] { reading.Write(&byte, 1); }, path), +CFileException::accessDenied);
     reading.Close();
-    EXPECT_EQ(CauseOf([&] { reading.Read(&byte, 1); }, path), +CFileException::generic);
+    EXPECT_EQ(CauseOf<CFileException>([&] { reading.Read(&byte, 1); }, path), +CFileException::generic);
 }
 
 TEST(CFileTest, AFullDiskIsReportedByEveryRoad)
 {
     std::string const path = "/dev/full";
     CFile file(path.c_str(), CFile::modeWrite);
-    EXPECT_EQ(CauseOf([&] { file.Write("x", 1); }, path), +CFileException::diskFull);
+    EXPECT_EQ(CauseOf<CFileException>([&] { file.Write("x", 1); }, path), +CFileException::diskFull);
     std::vector<char> const block(100000);
     CArchive atClose(&file, CArchive::store);
     atClose << 1;
-    EXPECT_EQ(CauseOf([&] { atClose.Close(); }, path), +CFileException::diskFull);
+    EXPECT_EQ(CauseOf<CFileException>([&] { atClose.Close(); }, path), +CFileException::diskFull);
     CArchive atField(&file, CArchive::store, 8);
     atField << 1 << 2;
-    EXPECT_EQ(CauseOf([&] { atField << 3; }, path), +CFileException::diskFull);
+    EXPECT_EQ(CauseOf<CFileException>([&] { atField << 3; }, path), +CFileException::diskFull);
     CArchive atBlock(&file, CArchive::store);
-    EXPECT_EQ(CauseOf([&] { atBlock.Write(block.data(), 100000); }, path), +CFileException::diskFull);
+    EXPECT_EQ(CauseOf<CFileException>([&] { atBlock.Write(block.data(), 100000); }, path),
+              +CFileException::diskFull);
     // The failure is not forgotten, though the buffer is empty.
-    EXPECT_EQ(CauseOf([&] { atBlock.Close(); }, path), +CFileException::diskFull);
+    EXPECT_EQ(CauseOf<CFileException>([&] { atBlock.Close(); }, path), +CFileException::diskFull);
     CArchive swallowed(&file, CArchive::store);
     swallowed << 1;
 }
@@ -110,6 +97,7 @@ TEST(CFileTest, InterruptedAndPartialCallsAreCarriedOn)
     itimerval const often = {{0, 100}, {0, 100}};
     setitimer(ITIMER_REAL, &often, nullptr);
     constexpr int count = 4000000;
+    int matching = 0;
     {
         CFile reading(readPath.c_str(), CFile::modeRead);
         CFile writing(writePath.c_str(), CFile::modeWrite);
@@ -124,16 +112,15 @@ TEST(CFileTest, InterruptedAndPartialCallsAreCarriedOn)
             writing.Close();
         });
         CArchive archive(&reading, CArchive::load);
-        int matching = 0;
         for (int i = 0; i < count; ++i) {
             int number = -1;
             archive >> number;
-            matching += number == i ? 1 : 0;
+            matching += number == i;
         }
-        EXPECT_EQ(matching, count);
         EXPECT_EQ(archive.GetRemaining(), 0u);
         writer.join();
     }
+    EXPECT_EQ(matching, count);
     itimerval const never = {};
     setitimer(ITIMER_REAL, &never, nullptr);
     sigaction(SIGALRM, &before, nullptr);
@@ -146,17 +133,16 @@ TEST(CMemFileTest, OverwritesAndExtends)
     unsigned char byte = 0;
     EXPECT_EQ(file.Read(&byte, 1), 1u);
     unsigned char const more[] = {7, 8, 9};
-    {
+    std::function<void()> const extensions[] = {[&] { file.Write(more, 3); },
+                                                [&] {
+                                                    file.WriteInPlace(3);
+                                                }};
+    for (auto const& extend : extensions) {
         VorlaneTest::AllocationFailure const failure(0);
-        EXPECT_THROW(file.Write(more, 3), CMemoryException);
-    }
-    {
-        VorlaneTest::AllocationFailure const failure(0);
-        EXPECT_THROW(file.WriteInPlace(3), CMemoryException);
+        EXPECT_THROW(extend(), CMemoryException);
     }
     EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 2, 3}));
     file.Write(more, 3);
-    EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 7, 8, 9}));
     EXPECT_EQ(file.Read(&byte, 1), 0u);
     file.SeekToBegin();
     file.Read(&byte, 1);
@@ -165,7 +151,7 @@ TEST(CMemFileTest, OverwritesAndExtends)
     file.SeekToBegin();
     EXPECT_EQ(file.ReadInPlace(6), nullptr);
     EXPECT_EQ(file.ReadInPlace(2), file.Bytes().data());
-    std::memcpy(file.WriteInPlace(4), more, 3);
+    std::copy_n(more, 3, file.WriteInPlace(4));
     EXPECT_EQ(file.Bytes(), (std::vector<unsigned char>{1, 1, 7, 8, 9, 0}));
     EXPECT_EQ(file.GetRemaining(), 0u);
 }

@@ -1,30 +1,32 @@
 #include "platform/lumora/ColorMap.h"
+#include "tests/support/CaseTable.h"
 #include "tests/support/Seed.h"
 
 #include "gtest/gtest.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <string>
 #include <vector>
 
 using Lumora::ColorMap;
 using Orrin::Color;
+using VorlaneTest::Case;
+using VorlaneTest::ReadCases;
+using VorlaneTest::Split;
 
 namespace {
 
 constexpr double inf = std::numeric_limits<double>::infinity();
-constexpr double none = std::numeric_limits<double>::quiet_NaN();
-constexpr double most = std::numeric_limits<double>::max();
-constexpr double least = std::numeric_limits<double>::denorm_min();
 
-double Above(double value)
+/// A number of the table of bins.
+double ValueOf(std::string const& text)
 {
-    return std::nextafter(value, inf);
-}
-double Below(double value)
-{
-    return std::nextafter(value, -inf);
+    bool const isBeside = text.at(0) == '<' || text.at(0) == '>';
+    double const value = std::strtod(text.c_str() + isBeside, nullptr);
+    return isBeside ? std::nextafter(value, text[0] == '<' ? -inf : inf) : value;
 }
 
 Orrin::ColorArray MakeColors(std::vector<std::uint32_t> const& packed)
@@ -58,46 +60,13 @@ int BinOf(ColorMap const& map, double value)
 
 TEST(ColorMapTest, PutsValuesIntoBins)
 {
-    struct
-    {
-        double begin, end;
-        int size;
-        std::vector<std::pair<double, int>> bins;
-    } const rows[] = {
-        {0, 1, 32, {{0, 0}, {-0.0, 0}, {-least, 0}, {Below(0.5), 15}, {0.5, 16}, {Above(0.5), 16}}},
-        {0, 1, 32, {{Below(1), 31}, {1, 31}, {Above(1), 31}, {-1e300, 0}, {inf, 31}, {-inf, 0}, {none, 0}}},
-        {0, 1, 1, {{-1, 0}, {0.5, 0}, {1, 0}}},
-        // Edges at which a product with the reciprocal of the width falls short, or goes too far.
-        {0, 98, 2, {{49, 1}, {Below(49), 0}}},
-        {0, 1, 49, {{1.0 / 49, 1}, {Below(1.0 / 49), 0}}},
-        {0, 1, 10, {{0.3, 3}, {Below(0.3), 2}, {0.7, 7}}},
-        // Downwards, an edge is the largest number of its bin.
-        {1, 0, 32, {{2, 0}, {1, 0}, {Above(0.5), 15}, {0.5, 16}, {Below(0.5), 16}, {0, 31}}},
-        {1, 0, 32, {{inf, 0}, {-inf, 31}, {none, 0}}},
-        // Empty ranges.
-        {2, 2, 32, {{2, 0}, {3, 0}, {inf, 0}}},
-        {none, 1, 32, {{0.9, 0}, {inf, 0}}},
-        {0, none, 32, {{0.9, 0}}},
-        {inf, inf, 32, {{inf, 0}, {0, 0}}},
-        {2, 2, 2, {{3, 0}, {inf, 0}, {none, 0}}},
-        // Infinite ranges.
-        {0, inf, 32, {{0, 0}, {most, 0}, {inf, 31}}},
-        {-inf, 0, 32, {{-inf, 0}, {-most, 31}, {0, 31}}},
-        {inf, 0, 32, {{inf, 0}, {most, 31}, {0, 31}}},
-        {-inf, inf, 32, {{-inf, 0}, {-least, 15}, {0, 16}, {inf, 31}}},
-        {-inf, inf, 33, {{-most, 16}, {most, 16}}},
-        {inf, -inf, 32, {{least, 15}, {0, 16}}},
-        // Widths that overflow, and ranges with fewer numbers than bins.
-        {-most, most, 32, {{Below(0), 15}, {0, 16}, {most / 2, 24}, {most * 0.499, 23}}},
-        {most, -most, 4, {{most, 0}, {0, 2}}},
-        {0, least, 32, {{0, 0}, {least, 31}}},
-        {1e16, 1e16 + 2, 128, {{1e16, 0}, {1e16 + 2, 127}}},
-        {1e16 + 2, 1e16, 128, {{1e16, 127}, {1e16 + 2, 0}}},
-    };
-    for (auto const& row : rows) {
-        for (auto const& [value, bin] : row.bins) {
-            EXPECT_EQ(BinOf(NumberedMap(row.size, row.begin, row.end), value), bin)
-                << value << " in " << row.size << " bins from " << row.begin << " to " << row.end;
+    for (Case const& row : ReadCases("platform/bins.txt", "bins")) {
+        ColorMap const map =
+            NumberedMap(std::stoi(row.at("size")), ValueOf(row.at("begin")), ValueOf(row.at("end")));
+        for (std::string const& valueAndBin : Split(row.at("values"), ' ')) {
+            std::vector<std::string> const parts = Split(valueAndBin, '=');
+            EXPECT_EQ(BinOf(map, ValueOf(parts.at(0))), std::stoi(parts.at(1)))
+                << row.at("where") << ", " << valueAndBin;
         }
     }
 }
@@ -117,8 +86,8 @@ TEST(ColorMapTest, AgreesWithAWalkOverTheEdges)
         };
         for (int i = 0; i < 400; ++i) {
             double const at = edge(engine.Integer(0, size));
-            for (double const value :
-                 {begin + (end - begin) * engine.Real(-0.3, 1.3), Below(at), at, Above(at)}) {
+            for (double const value : {begin + (end - begin) * engine.Real(-0.3, 1.3),
+                                       std::nextafter(at, -inf), at, std::nextafter(at, inf)}) {
                 int bin = 0;
                 for (int index = 1; index < size; ++index) {
                     bin += begin < end ? edge(index) <= value : value <= edge(index);

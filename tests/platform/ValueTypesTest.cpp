@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <limits>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -59,11 +58,9 @@ TEST(Point3dTest, IsThreeDoublesWithTheOperationsOfAVector)
 TEST(MatrixTest, TagsGiveTheConstantMatrices)
 {
     static_assert(!std::is_same_v<Matrix3x3::NullMatrixTag, Matrix3x3::IdentityMatrixTag>);
-    Matrix3x3 const null(Matrix3x3::NullMatrix);
-    Matrix3x3 const identity(Matrix3x3::IdentityMatrix);
     for (int i = 0; i < 9; ++i) {
-        EXPECT_EQ(null(i / 3, i % 3), 0);
-        EXPECT_EQ(identity(i / 3, i % 3), i % 4 == 0 ? 1 : 0);
+        EXPECT_EQ(Matrix3x3(Matrix3x3::NullMatrix)(i / 3, i % 3), 0);
+        EXPECT_EQ(Matrix3x3(Matrix3x3::IdentityMatrix)(i / 3, i % 3), i % 4 == 0 ? 1 : 0);
     }
     EXPECT_EQ(Matrix4x4(Matrix4x4::NullMatrix)(3, 3), 0);
 }
@@ -92,26 +89,22 @@ TEST(LegacyArrayTest, AppendsAnEntryOfItselfAndHasNoDataWhenEmpty)
     EXPECT_EQ(Coordinates({points[100]}), (Doubles{1, 2, 3}));
     EXPECT_NE(points.GetData(), nullptr);
     points.clear();
-    EXPECT_EQ(points.GetSize(), 0);
     EXPECT_EQ(points.GetData(), nullptr); // with storage
 }
 
 TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedAsTooLong)
 {
     Orrin::LegacyArray<Point3d> points;
-    points.push_back(Point3d(1, 2, 3));
-    long const refused[] = {-1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max() + 1L};
-    for (long size : refused) {
-        SCOPED_TRACE(size);
-        try {
-            points.SetSize(size, -1);
-            ADD_FAILURE() << "accepted";
-        } catch (std::length_error const& error) {
-            EXPECT_STREQ(error.what(), "vector<T> too long");
-        }
-        EXPECT_EQ(points.GetSize(), 1);
+    points.SetSize(1, -1);
+    try {
+        points.SetSize(0x80000000L, -1);
+        ADD_FAILURE() << "accepted";
+    } catch (std::length_error const& error) {
+        EXPECT_STREQ(error.what(), "vector<T> too long");
     }
+    EXPECT_THROW(points.SetSize(-1, -1), std::length_error);
     EXPECT_THROW(points.reserve(0x80000000u), std::length_error);
+    EXPECT_EQ(points.GetSize(), 1);
     EXPECT_THROW(Orrin::ColorArray(-1, 1), std::length_error);
 }
 
@@ -119,29 +112,18 @@ TEST(ColorArrayTest, CopiesColoursAndName)
 {
     Orrin::ColorArray spectrum("ramp", 2, 1);
     spectrum.SetAt(1, Color::Red());
-    Orrin::ColorArray copy(spectrum);
+    Orrin::ColorArray const copy(spectrum);
     spectrum.SetName(nullptr);
     EXPECT_EQ(spectrum.GetName(), "");
     EXPECT_EQ(copy.GetName(), "ramp");
-    EXPECT_EQ(copy[0], Color());
-    EXPECT_EQ(copy[1], Color::Red());
+    EXPECT_TRUE(copy[0] == Color() && copy[1] == Color::Red());
 }
 
-TEST(TextConversionTest, AllBytesSurviveAndWiderCharactersBecomeQuestionMarks)
+TEST(TextConversionTest, BytesSurviveAndWiderCharactersBecomeQuestionMarks)
 {
-    std::string bytes;
-    for (int byte = 0; byte < 256; ++byte) {
-        bytes.push_back(static_cast<char>(byte));
-    }
-    std::wstring const wide = Orrin::ToWString(bytes);
-    EXPECT_EQ(wide[0xE9], wchar_t{0xE9});
-    EXPECT_EQ(Orrin::ToSString(wide), bytes);
-    EXPECT_EQ(Orrin::ToSString(std::wstring{L'a', wchar_t{0x100}, wchar_t{-1}, wchar_t{0xFF}}), "a??\xFF");
-}
-
-TEST(FontTest, DefaultIsArialTwelve)
-{
-    Orrin::Font const font = Orrin::Font::DefaultFont();
-    EXPECT_EQ(font.GetFace(), L"Arial");
-    EXPECT_EQ(font.GetSize(), 12);
+    EXPECT_EQ(Orrin::ToWString("a\xE9"), (std::wstring{L'a', wchar_t{0xE9}}));
+    EXPECT_EQ(Orrin::ToSString({L'a', wchar_t{0xE9}, wchar_t{0x100}, wchar_t{-1}, wchar_t{0xFF}}),
+              "a\xE9??\xFF");
+    EXPECT_EQ(Orrin::Font::DefaultFont().GetFace(), L"Arial");
+    EXPECT_EQ(Orrin::Font::DefaultFont().GetSize(), 12);
 }

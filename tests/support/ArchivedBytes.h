@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -31,6 +32,23 @@ Bytes StoredBytes(std::uint32_t schema, Store const& store)
     return file.Bytes();
 }
 
+/// The cause of the CFileException or CArchiveException that `operation` raises, which names `fileName`; 0
+/// for none.
+template <typename Exception, typename Operation>
+int CauseOf(Operation const& operation, std::string const& fileName = "")
+{
+    try {
+        operation();
+    } catch (Exception const& exception) {
+        EXPECT_EQ(exception.m_strFileName, fileName.c_str());
+        EXPECT_TRUE(fileName.empty() ||
+                    std::string(exception.what()).find('"' + fileName + '"') != std::string::npos)
+            << exception.what();
+        return exception.m_cause;
+    }
+    return 0;
+}
+
 /// Runs `load(archive)` on `bytes` at a schema number and gives the cause of the CArchiveException that it
 /// raised, or 0. A load that goes through has to take all the bytes.
 template <typename Load>
@@ -39,13 +57,10 @@ int LoadBytes(std::uint32_t schema, Bytes bytes, Load const& load)
     CMemFile file(std::move(bytes));
     CArchive archive(&file, CArchive::load);
     archive.m_nObjectSchema = schema;
-    try {
+    return CauseOf<CArchiveException>([&] {
         load(archive);
-    } catch (CArchiveException const& exception) {
-        return exception.m_cause;
-    }
-    EXPECT_EQ(archive.GetRemaining(), 0u) << "bytes are left";
-    return 0;
+        EXPECT_EQ(archive.GetRemaining(), 0u) << "bytes are left";
+    });
 }
 
 /// One run of bytes out of several, texts without their terminator.
