@@ -49,7 +49,22 @@ protected:
                                           "Red-Green-Blue", "Red-White-Blue",     "White-Black"};
 };
 
+/// Says that it has another name than the copy in the registry will have.
+struct Disguised : CustomColorSpectrum
+{
+    using CustomColorSpectrum::CustomColorSpectrum;
+    Orrin::ColorArray GetColorArray() const override { return Orrin::ColorArray("Other", 2, 0); }
+};
+
 } // namespace
+
+TEST_F(ColorSpectrumRegistryTest, ADerivedSpectrumIsKeptUnderTheNameOfItsCopy)
+{
+    registry.RegisterColorSpectrum(Disguised("Own", 4, true));
+    CustomColorSpectrum found;
+    EXPECT_FALSE(registry.GetColorSpectrum("Other", found));
+    EXPECT_TRUE(registry.GetColorSpectrum("Own", found));
+}
 
 TEST_F(ColorSpectrumRegistryTest, BuiltInRampsAreThoseOfTheTable)
 {

@@ -129,7 +129,7 @@ void ColorMapParameters::Serialize(CArchive& ar)
     }
     m_mapState = MapState::dirty;
     ar >> m_spectrumName >> m_clip >> m_minimum >> m_maximum;
-    m_transferFunction.SetSize(0, 0);
+    m_transferFunction.RemoveAll();
     std::int32_t binCount = 0;
     ar >> binCount;
     for (int bin = 0; bin < binCount; ++bin) {

@@ -14,9 +14,10 @@ constexpr CustomColorSpectrum (*builtInSpectra[])() = {
     CustomColorSpectrum::Rainbow2,     CustomColorSpectrum::Rainbow2Reversed,
 };
 
+/// The name of the copy that goes into the map, whatever a derived class says of itself.
 CString NameOf(CustomColorSpectrum const& spectrum)
 {
-    return spectrum.GetColorArray().GetName().c_str();
+    return spectrum.CustomColorSpectrum::GetColorArray().GetName().c_str();
 }
 
 } // namespace

@@ -74,8 +74,26 @@ bool ArePaired(PointArray const& first, PointArray const& second)
     return first.size() == second.size() && first.size() != 0;
 }
 
-/// Two numbers; arithmetic takes each by itself, with the bits of double.
-using Two = double __attribute__((vector_size(16)));
+/// Two numbers that are computed with side by side; compilers take one instruction for both.
+struct Two
+{
+    double lanes[2];
+};
+
+Two operator+(Two left, Two right)
+{
+    return {left.lanes[0] + right.lanes[0], left.lanes[1] + right.lanes[1]};
+}
+
+Two operator-(Two left, Two right)
+{
+    return {left.lanes[0] - right.lanes[0], left.lanes[1] - right.lanes[1]};
+}
+
+Two operator*(Two left, Two right)
+{
+    return {left.lanes[0] * right.lanes[0], left.lanes[1] * right.lanes[1]};
+}
 
 /// The coordinates of two points.
 struct TwoPoints
@@ -83,19 +101,12 @@ struct TwoPoints
     Two x, y, z;
 };
 
-TwoPoints LoadTwo(Point3d const* points)
+/// Two points, each less `center`.
+TwoPoints CenterTwo(Point3d const* points, Point3d const& center)
 {
-    static_assert(sizeof(Point3d) == 3 * sizeof(double));
-    Two xy, zx, yz;
-    std::memcpy(&xy, &points[0].x, sizeof xy);
-    std::memcpy(&zx, &points[0].z, sizeof zx);
-    std::memcpy(&yz, &points[1].y, sizeof yz);
-    return {Two{xy[0], zx[1]}, Two{xy[1], yz[0]}, Two{zx[0], yz[1]}};
-}
-
-TwoPoints operator-(TwoPoints const& two, Point3d const& point)
-{
-    return {two.x - point.x, two.y - point.y, two.z - point.z};
+    return {{points[0].x - center.x, points[1].x - center.x},
+            {points[0].y - center.y, points[1].y - center.y},
+            {points[0].z - center.z, points[1].z - center.z}};
 }
 
 /// The elements of the upper triangle of Horn's matrix.
@@ -128,10 +139,12 @@ void SumTerms(Point3d const* a, Point3d const* b, long count, Point3d const& c1,
     Two twoSums[termCount / 2] = {};
     for (long i = 0; i + 1 < count; i += 2) {
         Two terms[termCount];
-        GetTerms(LoadTwo(a + i) - c1, LoadTwo(b + i) - c2, terms);
+        GetTerms(CenterTwo(a + i, c1), CenterTwo(b + i, c2), terms);
         for (int k = 0; k < termCount / 2; ++k) {
-            twoSums[k] += Two{terms[2 * k][0], terms[2 * k + 1][0]};
-            twoSums[k] += Two{terms[2 * k][1], terms[2 * k + 1][1]};
+            Two const upper = terms[2 * k];
+            Two const lower = terms[2 * k + 1];
+            twoSums[k] = twoSums[k] + Two{upper.lanes[0], lower.lanes[0]};
+            twoSums[k] = twoSums[k] + Two{upper.lanes[1], lower.lanes[1]};
         }
     }
     std::memcpy(sums, twoSums, sizeof twoSums);

@@ -30,7 +30,7 @@ VORLANE_EXPORT void FindPlane(Orrin::LegacyArray<Spatia::Point3d> const& points,
 ///
 /// \param points may be `first` or `second` itself.
 /// \return false, with `points` untouched, if the sets differ in size or are empty or `points` is empty;
-///         else true. A NaN or infinite coordinate in either set leaves no point without one.
+///         else true. Where either set has a NaN or infinite coordinate, every point gets one.
 ///
 /// Time grows with the number of points.
 ///

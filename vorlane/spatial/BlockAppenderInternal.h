@@ -48,10 +48,12 @@ public:
     void Restart() { m_size = 0; }
 
     /// Says that what was appended is about `share` of all that will be, so that the array can grow at once.
+    /// Little of it says nothing.
     void ExpectShare(double share)
     {
         constexpr double tolerance = 1.05;
-        m_expected = m_begin + tolerance * (m_size - m_begin) / share;
+        constexpr double leastShare = 0.125;
+        m_expected = share < leastShare ? 0 : m_begin + tolerance * (m_size - m_begin) / share;
     }
 
 private:
@@ -62,11 +64,19 @@ private:
                                         std::to_string(count) + " more");
         }
         // In steps of an eighth at least, so that the copies of a large array stay in proportion to its size;
-        // and what is expected is believed up to four times of what is there.
+        // and what is expected is believed up to twice what is there.
         int const needed = m_size + count;
-        double const expected = std::min(m_expected, 4.0 * m_size);
+        double const expected = std::min(m_expected, 2.0 * m_size);
         int const roomy = static_cast<int>(std::min(std::max(1.125 * m_size, expected), double(INT_MAX)));
-        m_array.SetSize(needed <= m_array.GetCapacity() ? needed : std::max(needed, roomy), -1);
+        if (needed <= m_array.GetCapacity() || needed >= roomy) {
+            m_array.SetSize(needed, -1);
+            return;
+        }
+        try {
+            m_array.SetSize(roomy, -1);
+        } catch (CMemoryException const&) {
+            m_array.SetSize(needed, -1);
+        }
     }
 
     IntArray& m_array;

@@ -28,9 +28,9 @@ class PointStore;
 ///
 /// Memory: at most 64 bytes a point and 64 bytes a voxel, and 16 kilobytes.
 ///
-/// The first query after many calls of Add sorts the new points, and takes memory for that too; so the cost
-/// of a point is mostly paid there. Points and queries may well come by turns. Queries may run side by side
-/// on several threads, as long as no Add runs.
+/// The first query after more than 64 calls of Add sorts the new points, and takes memory for that too; so
+/// the cost of a point is mostly paid there. Points and queries may well come by turns. Queries may run side
+/// by side on several threads, as long as no Add runs.
 ///
 /// Source: B. Quentrec and C. Brot, "New method for searching for neighbors in molecular dynamics
 /// computations", Journal of Computational Physics 13 (1973).
@@ -86,6 +86,9 @@ public:
     /// Takes time in proportion to points and pairs inside the grid. With up to 8 points to a voxel, on
     /// average, it takes as much memory for the call as the results of the largest bucket; and where points
     /// and queries came by turns, some 32 bytes a point and 64 bytes a voxel.
+    ///
+    /// Where the first part of the pairs lets expect more of them, the arrays grow to up to twice the size
+    /// that they need, and keep that capacity.
     ///
     /// \throws CInvalidArgException if there are more pairs than an array can hold.
     int GetPairs(IntArray& first, IntArray& second) const;
