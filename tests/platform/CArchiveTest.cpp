@@ -270,35 +270,33 @@ TEST(CArchiveTest, MapsGoInTheirOrder)
 TEST(CArchiveTest, TheWrongModeIsRefusedWithTheFilesName)
 {
     TemporaryFile const temporary("mode");
-    std::string const& path = temporary.path;
-    CFile file(path.c_str(), CFile::modeReadWrite | CFile::modeCreate);
+    CFile file(temporary.path.c_str(), CFile::modeReadWrite | CFile::modeCreate);
     CArchive storing(&file, CArchive::store);
     CArchive loading(&file, CArchive::load);
+    auto const causeOf = [&](auto const& operation) {
+        return CauseOf<CArchiveException>(operation, temporary.path);
+    };
     int number = 5;
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing >> number; }, path), +CArchiveException::writeOnly);
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing.Read(&number, 0); }, path),
-              +CArchiveException::writeOnly);
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing.ReadInPlace(1); }, path),
-              +CArchiveException::writeOnly);
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading.WriteInPlace(1); }, path),
-              +CArchiveException::readOnly);
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading << number; }, path), +CArchiveException::readOnly);
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading.Write(&number, 0); }, path),
-              +CArchiveException::readOnly);
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading >> number; }, path), +CArchiveException::endOfFile);
+    EXPECT_EQ(causeOf([&] { storing >> number; }), +CArchiveException::writeOnly);
+    EXPECT_EQ(causeOf([&] { storing.Read(&number, 0); }), +CArchiveException::writeOnly);
+    EXPECT_EQ(causeOf([&] { storing.ReadInPlace(1); }), +CArchiveException::writeOnly);
+    EXPECT_EQ(causeOf([&] { loading.WriteInPlace(1); }), +CArchiveException::readOnly);
+    EXPECT_EQ(causeOf([&] { loading << number; }), +CArchiveException::readOnly);
+    EXPECT_EQ(causeOf([&] { loading.Write(&number, 0); }), +CArchiveException::readOnly);
+    EXPECT_EQ(causeOf([&] { loading >> number; }), +CArchiveException::endOfFile);
     EXPECT_EQ(number, 5);
     EXPECT_EQ(storing.m_nObjectSchema, 0xFFFFFFFFu);
-    // A text or a block of elements that ends early names no file.
-    CString text;
-    CArray<int, int> array;
     storing.Write("\2\0ab", 4);
     storing.Close();
+    // A closed archive names no file, and neither does a text or a block of elements that ends early.
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing << number; }), +CArchiveException::generic);
+    CString text;
+    CArray<int, int> array;
     file.SeekToBegin();
     EXPECT_EQ(CauseOf<CArchiveException>([&] { array.Serialize(loading); }), +CArchiveException::endOfFile);
     file.SeekToBegin();
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading.ReadCount(), loading >> text; }),
-              +CArchiveException::endOfFile);
-    EXPECT_EQ(CauseOf<CArchiveException>([&] { storing << number; }), +CArchiveException::generic);
+    loading.ReadCount();
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading >> text; }), +CArchiveException::endOfFile);
     EXPECT_THROW(CArchive(nullptr, CArchive::load), CInvalidArgException);
     EXPECT_THROW(CArchive(&file, 2), CInvalidArgException);
 }

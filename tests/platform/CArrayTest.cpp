@@ -1,4 +1,5 @@
 #include "tests/support/AllocationFailure.h"
+#include "tests/support/CaseTable.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 
 #include "gtest/gtest.h"
@@ -38,28 +39,19 @@ int Counted::s_mayStillStart = INT_MAX;
 
 TEST(CArrayTest, CapacityGrowsByTheRule)
 {
-    struct Row
-    {
-        int firstSize, growBy;
-        int sizeBetween; // no larger than the first
-        int nextSize, capacity;
-    };
-    Row const rows[] = {
-        {10, 0, 10, 11, 14},       {47, 0, 47, 48, 52},         {48, 0, 48, 49, 54},
-        {10, 0, 10, 100, 100},     {8000, 0, 8000, 8001, 9000}, {9000, 0, 9000, 9001, 10024},
-        {8000, 0, 40, 8001, 8005}, {9, -1, 9, 10, 13},          {10, 1, 10, 11, 11},
-        {10, 3, 10, 11, 13},       {10, 100, 10, 11, 100},      {10, 3, 0, 2, 3},
-    };
-    for (Row const& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.firstSize << ", " << row.growBy << " to " << row.nextSize);
+    for (VorlaneTest::Case const& row : VorlaneTest::ReadCases("platform/growth.txt", "growth")) {
+        SCOPED_TRACE(row.at("where"));
+        auto const number = [&](char const* column) {
+            return std::stoi(row.at(column));
+        };
         Ints array;
-        array.SetSize(row.firstSize, row.growBy);
-        EXPECT_EQ(array.GetCapacity(), std::max(row.firstSize, row.growBy));
-        array.SetSize(row.sizeBetween, -1);
-        EXPECT_EQ(array.GetData() == nullptr, row.sizeBetween == 0);
-        array.SetSize(row.nextSize, -1);
-        EXPECT_EQ(array.GetCapacity(), row.capacity);
-        EXPECT_EQ(array.GetSize(), row.nextSize);
+        array.SetSize(number("first"), number("step"));
+        EXPECT_EQ(array.GetCapacity(), std::max(number("first"), number("step")));
+        array.SetSize(number("second"), -1);
+        EXPECT_EQ(array.GetData() == nullptr, number("second") == 0);
+        array.SetSize(number("third"), -1);
+        EXPECT_EQ(array.GetCapacity(), number("capacity"));
+        EXPECT_EQ(array.GetSize(), number("third"));
     }
 }
 

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <climits>
-#include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,17 +28,6 @@ Entries EntriesOf(IntMap const& map)
     return entries;
 }
 
-/// The order of a map: by bucket, and the newest first.
-Entries InBucketOrder(Entries inOrderOfInsertion, unsigned int tableSize)
-{
-    std::reverse(inOrderOfInsertion.begin(), inOrderOfInsertion.end());
-    std::stable_sort(inOrderOfInsertion.begin(), inOrderOfInsertion.end(), [&](auto const& a, auto const& b) {
-        return (static_cast<unsigned int>(a.first) >> 4) % tableSize <
-               (static_cast<unsigned int>(b.first) >> 4) % tableSize;
-    });
-    return inOrderOfInsertion;
-}
-
 } // namespace
 
 TEST(CMapTest, HashesAreThePublishedOnes)
@@ -58,28 +47,31 @@ TEST(CMapTest, IteratesByBucketNewestFirstAtEverySize)
             SCOPED_TRACE(testing::Message() << count << " entries in " << tableSize << " buckets");
             IntMap map(3);
             map.InitHashTable(tableSize, count % 2);
-            Entries inserted;
-            std::map<int, int> expected;
-            while (static_cast<int>(inserted.size()) < count) {
+            Entries entries; // the newest first, as in each bucket
+            std::set<int> keys;
+            while (map.GetCount() < count) {
                 int const key = random.Integer(-4000, 4000) * random.Integer(1, 100000);
-                if (expected.emplace(key, 0).second) {
-                    inserted.emplace_back(key, static_cast<int>(inserted.size()));
-                    map.SetAt(inserted.back().first, inserted.back().second);
+                if (keys.insert(key).second) {
+                    entries.emplace(entries.begin(), key, map.GetCount());
+                    map.SetAt(key, map.GetCount());
                 }
             }
             // Setting an entry that is there moves nothing.
-            for (auto& entry : inserted) {
-                map[entry.first] += 5;
-                entry.second += 5;
-            }
-            EXPECT_EQ(map.GetCount(), count);
-            ASSERT_EQ(EntriesOf(map), InBucketOrder(inserted, tableSize));
-            for (auto const& [key, value] : inserted) {
+            for (auto& [key, value] : entries) {
+                map[key] += 5;
+                value += 5;
                 int found = -1;
                 ASSERT_TRUE(map.Lookup(key, found));
                 ASSERT_EQ(found, value);
-                ASSERT_EQ(map.Lookup(key + 1, found), expected.count(key + 1) == 1);
+                ASSERT_EQ(map.Lookup(key + 1, found), keys.count(key + 1) == 1);
             }
+            EXPECT_EQ(map.GetCount(), count);
+            auto const bucketOf = [&](auto const& entry) {
+                return (static_cast<unsigned int>(entry.first) >> 4) % tableSize;
+            };
+            std::stable_sort(entries.begin(), entries.end(),
+                             [&](auto const& a, auto const& b) { return bucketOf(a) < bucketOf(b); });
+            ASSERT_EQ(EntriesOf(map), entries);
         }
     }
 }
