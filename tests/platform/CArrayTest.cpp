@@ -103,7 +103,7 @@ TEST(CArrayTest, CopiesAndTakesItsOwnElements)
         byBytes.Add(byBytes[0]);
     }
     EXPECT_EQ(byBytes[999], "short");
-    numbers.SetAtGrow(100000, numbers[999]);
+    numbers.SetAtGrow(100000, numbers[0]); // whose place is given back meanwhile
     CArray<int, int const&> numbersBefore;
     numbersBefore.SetSize(2, 3);
     numbersBefore.Copy(numbers);
