@@ -31,6 +31,12 @@ void UseWhatIsShared()
     ColorMapParameters parameters;
     Expect(parameters.CalculateColor(0.0) == Orrin::Color::Red(), "value to colour");
     UniqueString const word("word");
+    Orrin::LegacyArray<Spatia::Point3d> points, curve;
+    for (int i = 0; i < 5; ++i) {
+        points.push_back(Spatia::Point3d(i, 0, 0));
+    }
+    Spline(Spline::Cardinal).GetCubicSpline(points, curve);
+    Expect(curve.GetSize() > 5, "spline");
     Expect(word.String() == "word" && word.StringPtr() == UniqueString("word").StringPtr(), "interning");
 }
 
