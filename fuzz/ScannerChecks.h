@@ -64,7 +64,7 @@ inline void CheckStream(std::string const& text, std::string const& delimiters, 
             break;
         case 1:
             expected = ReadSlowly(
-                rest, [&](char c) { return IsIn(set, c); }, false, atEnd);
+                rest, [&](char c) { return c == '\0' || IsIn(set, c); }, false, atEnd);
             item = Bytes(Vorlane::StringUtils::ExtractString(stream, delimiters.c_str()));
             break;
         default:

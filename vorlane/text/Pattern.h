@@ -84,7 +84,8 @@ public:
     /// match is the whole of it. The substrings become those of the match, also of one that is not exact, and
     /// none where there is none. Exceptions to that: an expression that does not compile gives false, and
     /// ".*" true for the empty text, and both leave the substrings as they were. Any other expression gives
-    /// false for the empty text. Raises CMemoryException; the substrings are then none.
+    /// false for the empty text. Raises CMemoryException; the substrings are then none, or those from before
+    /// if the expression was yet to be compiled.
     bool Match(CString const& text, bool exact) override;
 
     /// What the last Match found: the whole match at 0, group i at i. An empty text for an index outside.

@@ -123,7 +123,7 @@ void ExpressionSearch::FindLiterals(CompiledExpression const& compiled)
     char const* required = nullptr;
     std::size_t length = 0;
     FindRequired(code, firstBranch + nodeHeaderLength, required, length);
-    if (length >= prefix.size() && prefix.compare(0, prefix.size(), required, length) != 0)
+    if (length > 0 && length >= prefix.size() && prefix.compare(0, prefix.size(), required, length) != 0)
         m_required = LiteralFinder(required, length);
 }
 

@@ -42,6 +42,14 @@ public:
 
     bool IsEmpty() const { return m_count == 0; }
 
+    void Add(char character)
+    {
+        auto const byte = static_cast<unsigned char>(character);
+        m_words[byte / 64u] |= std::uint64_t{1} << (byte % 64u);
+        m_latest = byte;
+        ++m_count;
+    }
+
     /// The first delimiter from `first` on, or `last`.
     char const* Find(char const* first, char const* last) const
     {
@@ -59,14 +67,6 @@ public:
     }
 
 private:
-    void Add(char character)
-    {
-        auto const byte = static_cast<unsigned char>(character);
-        m_words[byte / 64u] |= std::uint64_t{1} << (byte % 64u);
-        m_latest = byte;
-        ++m_count;
-    }
-
     std::array<std::uint64_t, 4> m_words{};
     int m_count = 0;
     unsigned char m_latest = 0;
@@ -442,7 +442,8 @@ CString StringUtils::ExtractString(std::istream& stream)
 CString StringUtils::ExtractString(std::istream& stream, char const* delimiters)
 {
     bool const none = delimiters == nullptr || *delimiters == '\0';
-    Delimiters const set(none ? " " : delimiters);
+    Delimiters set(none ? " " : delimiters);
+    set.Add('\0');
     auto const find = [&set](char const* first, char const* last) {
         return set.Find(first, last);
     };

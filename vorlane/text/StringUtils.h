@@ -36,7 +36,8 @@ namespace Vorlane {
 ///
 /// Every item also ends with the text or the stream. A null or empty set of delimiters contains none, except
 /// in `ExtractString`. A zero byte inside a CString or a stream is an ordinary character, and no delimiter
-/// unless it is given as the single one; only the conversions end at it. Arguments may refer into the text
+/// unless it is given as the single one or ends the set of `ExtractString`; else only the conversions end at
+/// it. Arguments may refer into the text
 /// that is taken from.
 ///
 /// **Failure.** A scanner answers an empty text, 0.0 or the zero point; a conversion answers false and leaves
