@@ -86,10 +86,10 @@ inline void CheckText(CString const& text, char const* delimiters)
 {
     std::string const all = Bytes(text);
     CString rest(text);
-    std::string put;
     while (!rest.IsEmpty()) {
         std::string const before = Bytes(rest);
-        Require(Bytes(Vorlane::StringUtils::Peek(rest)) == Bytes(Vorlane::StringUtils::Parse(rest)));
+        std::string const peeked = Bytes(Vorlane::StringUtils::Peek(rest));
+        Require(peeked == Bytes(Vorlane::StringUtils::Parse(rest)));
         Require(static_cast<std::size_t>(rest.GetLength()) < before.size());
         Require(before.compare(before.size() - Bytes(rest).size(), std::string::npos, Bytes(rest)) == 0);
     }
@@ -116,9 +116,8 @@ inline void CheckText(CString const& text, char const* delimiters)
     rest = text;
     for (int left = -1; left != rest.GetLength();) {
         left = rest.GetLength();
-        CString const copy = CString(rest).TrimLeft();
-        Require(Bytes(Vorlane::StringUtils::PeekQuotedString(copy)) ==
-                Bytes(Vorlane::StringUtils::ParseQuotedString(rest)));
+        std::string const peeked = Bytes(Vorlane::StringUtils::PeekQuotedString(CString(rest).TrimLeft()));
+        Require(peeked == Bytes(Vorlane::StringUtils::ParseQuotedString(rest)));
     }
 }
 
