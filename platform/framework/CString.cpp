@@ -155,17 +155,6 @@ CString CString::Left(int count) const
     return count >= m_length ? *this : CString(GetText(), std::max(count, 0));
 }
 
-CString CString::Mid(int first) const
-{
-    first = std::clamp(first, 0, m_length);
-    if (m_length - first <= ownCapacity) {
-        return CString(GetText() + first, m_length - first);
-    }
-    CString tail(*this);
-    tail.DropFront(first);
-    return tail;
-}
-
 CString CString::Mid(int first, int count) const
 {
     first = std::max(first, 0);
@@ -295,6 +284,14 @@ CString CString::Concatenate(char const* first, int firstLength, char const* sec
     return result;
 }
 
+/// The last `length` bytes, which share the storage.
+CString CString::Tail(int length) const
+{
+    CString tail(*this);
+    tail.DropFront(m_length - length);
+    return tail;
+}
+
 CString::Storage* CString::Allocate(int capacity)
 {
     void* const memory = std::malloc(sizeof(Storage) + static_cast<std::size_t>(capacity) + 1);
@@ -315,6 +312,16 @@ void CString::DropInside(int index, int count)
     if (index < m_length && count > 0) {
         *this = count < m_length - index ? Left(index) + Mid(index + count) : Left(index);
     }
+}
+
+/// The first value of a new object, where it is too long for the object itself.
+void CString::Store(char const* text, int length)
+{
+    Storage* const storage = Allocate(length);
+    m_content.stored = {storage, storage->Bytes()};
+    m_isStored = true;
+    std::memcpy(storage->Bytes(), text, static_cast<std::size_t>(length));
+    SetLength(length);
 }
 
 /// Becomes the only owner of a copy of what was just copied from a text whose buffer is lent out.

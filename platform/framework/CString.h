@@ -140,7 +140,14 @@ public:
 
     /// The bytes from `first` to the end: all for a `first` below 0, none for one past the end. Shares
     /// storage.
-    CString Mid(int first) const;
+    CString Mid(int first) const
+    {
+        int const length = first > 0 ? m_length - first : m_length;
+        if (length > ownCapacity) {
+            return Tail(length);
+        }
+        return length > 0 ? CString(GetText() + (m_length - length), length) : CString();
+    }
 
     /// At most `count` bytes from `first`, cut at the end; numbers below 0 count as 0.
     CString Mid(int first, int count) const;
@@ -267,6 +274,7 @@ private:
     }
     static void CheckBytes(void const* text, int length);
     static CString Concatenate(char const* first, int firstLength, char const* second, int secondLength);
+    CString Tail(int length) const;
     static Storage* Allocate(int capacity);
     static void Free(Storage* storage) noexcept;
 
@@ -278,10 +286,14 @@ private:
             CopyEnds<std::uint64_t>(target, source, count);
         } else if (count >= 4) {
             CopyEnds<std::uint32_t>(target, source, count);
-        } else if (count >= 2) {
-            CopyEnds<std::uint16_t>(target, source, count);
-        } else if (count == 1) {
-            *target = *source;
+        } else if (count != 0) {
+            // One to three bytes, some of them more than once, without asking how many.
+            char const front = source[0];
+            char const middle = source[count / 2];
+            char const back = source[count - 1];
+            target[0] = front;
+            target[count / 2] = middle;
+            target[count - 1] = back;
         }
     }
     template <class Word>
@@ -305,9 +317,10 @@ private:
             m_content.own[length] = '\0';
             m_length = length;
         } else {
-            Append(text, length);
+            Store(text, length);
         }
     }
+    void Store(char const* text, int length);
 
     /// Becomes one more owner of the storage that was just copied from another text.
     void Share()
