@@ -433,18 +433,16 @@ ScannedReal ScanUnsigned(char const* first, char const* last)
 ScannedReal ScanReal(char const* first, char const* last)
 {
     char const* position = SkipWhiteSpace(first, last);
-    bool const negative = position != last && *position == '-';
-    if (position != last && (*position == '-' || *position == '+')) {
-        ++position;
-    }
-    ScannedReal number = ScanUnsigned(position, last);
+    char const sign = position != last ? *position : '\0';
+    bool const negative = sign == '-';
+    position += static_cast<int>(negative) | static_cast<int>(sign == '+');
+    ScannedReal const number = ScanUnsigned(position, last);
     if (number.end == position) {
         return {0.0, first, false};
     }
-    if (negative) {
-        number.value = -number.value;
-    }
-    return number;
+    // The sign of a coordinate is as good as random: it is worth no branch.
+    constexpr double signs[] = {0.0, -0.0};
+    return {std::copysign(number.value, signs[negative ? 1 : 0]), number.end, number.outOfRange};
 }
 
 ScannedInteger ScanInteger(char const* first, char const* last)

@@ -17,22 +17,47 @@ constexpr bool IsDigit(char character)
     return character >= '0' && character <= '9';
 }
 
-/// The first character from `first` on that is no white space, or `last`.
-constexpr char const* SkipWhiteSpace(char const* first, char const* last)
+/// Eight bytes, the highest bit set in each that is white space and cleared in all others.
+constexpr std::uint64_t WhiteSpaceAmong(std::uint64_t bytes)
 {
-    while (first != last && AfxIsWhiteSpace(*first)) {
+    constexpr std::uint64_t each = 0x0101010101010101;
+    std::uint64_t const low = bytes & each * 0x7F;
+    // Sums of numbers of seven bits stay in their byte, and set its highest bit from a certain number on.
+    std::uint64_t const fromTab = low + each * (0x80 - '\t');
+    std::uint64_t const behindReturn = low + each * (0x80 - '\r' - 1);
+    std::uint64_t const notBlank = (low ^ each * ' ') + each * 0x7F;
+    return ((fromTab & ~behindReturn) | ~notBlank) & ~bytes & each * 0x80;
+}
+
+/// The first character from `first` on that is, or is not, white space; or `last`.
+template <bool isWhiteSpace>
+char const* FindByWhiteSpace(char const* first, char const* last)
+{
+    for (; last - first >= 8; first += 8) {
+        std::uint64_t const white =
+            WhiteSpaceAmong(AfxGetLittleEndian<std::uint64_t>(reinterpret_cast<unsigned char const*>(first)));
+        std::uint64_t const found = isWhiteSpace ? white : white ^ 0x8080808080808080;
+        if (found != 0) {
+            return first + __builtin_ctzll(found) / 8;
+        }
+    }
+    while (first != last && AfxIsWhiteSpace(*first) != isWhiteSpace) {
         ++first;
     }
     return first;
 }
 
-/// The first white space from `first` on, or `last`.
-constexpr char const* FindWhiteSpace(char const* first, char const* last)
+/// The first character from `first` on that is no white space, or `last`.
+inline char const* SkipWhiteSpace(char const* first, char const* last)
 {
-    while (first != last && !AfxIsWhiteSpace(*first)) {
-        ++first;
-    }
-    return first;
+    bool const isThere = first == last || !AfxIsWhiteSpace(*first);
+    return isThere ? first : FindByWhiteSpace<false>(first, last);
+}
+
+/// The first white space from `first` on, or `last`.
+inline char const* FindWhiteSpace(char const* first, char const* last)
+{
+    return FindByWhiteSpace<true>(first, last);
 }
 
 struct ScannedInteger
