@@ -97,6 +97,6 @@ int main(int argc, char** argv)
             return 1;
         }
     }
-    std::printf("%zu seeds and %ld changed inputs\n", corpus.size(), changed);
+    std::printf("%zu seeds and %ld changed inputs, %s\n", corpus.size(), changed, engine.Describe().c_str());
     return 0;
 }
