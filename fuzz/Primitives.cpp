@@ -1,20 +1,18 @@
-// Loads any graphics primitive from bytes, stores it and loads it again, until it stores to the same bytes.
+// Loads any object of a scene from bytes, stores it and loads it again, until it stores to the same bytes.
+// What is stored is compared with the members of the object.
 //
 // The first byte of the input chooses the object, the next four are the schema number, and the rest is the
 // archive.
 
+#include "fuzz/ArchivedObjects.h"
 #include "fuzz/Require.h"
-#include "vorlane/persistence/ArchiveForm.h"
-#include "vorlane/persistence/PrimitiveSerializers.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <vector>
 
-using namespace Lumora;
-
-using VorlaneFuzz::Require;
+using namespace VorlaneFuzz;
 
 namespace {
 
@@ -32,8 +30,10 @@ Bytes Stored(T& object)
     CMemFile file;
     CArchive ar(&file, CArchive::store, bufferSize);
     ar.m_nObjectSchema = newestSchema;
-    Vorlane::Serialize(ar, object);
+    Serialize(ar, object);
     ar.Close();
+    std::string const held = HeldBytes(object).bytes;
+    Require(file.Bytes() == Bytes(held.begin(), held.end()));
     return file.Bytes();
 }
 
@@ -43,7 +43,7 @@ void Load(T& object, Bytes const& bytes, std::uint32_t schema)
     CMemFile file(bytes);
     CArchive ar(&file, CArchive::load, bufferSize);
     ar.m_nObjectSchema = schema;
-    Vorlane::Serialize(ar, object);
+    Serialize(ar, object);
 }
 
 /// Loads what is stored, and gives what the loaded object stores.
@@ -77,41 +77,12 @@ void Try(Bytes const& bytes, std::uint32_t schema)
 
 using TryFunction = void (*)(Bytes const&, std::uint32_t);
 
-constexpr TryFunction tries[] = {
-    Try<Vertex>,
-    Try<VertexNormal>,
-    Try<GraphicsPrimitive>,
-    Try<LitPrimitive>,
-    Try<SpherePrimitive>,
-    Try<EllipsoidPrimitive>,
-    Try<CylinderPrimitive>,
-    Try<ConePrimitive>,
-    Try<TrianglePrimitive>,
-    Try<TetrahedronPrimitive>,
-    Try<PlanePrimitive>,
-    Try<UnlitPointPrimitive>,
-    Try<DotPrimitive>,
-    Try<IconPrimitive>,
-    Try<LinePrimitive>,
-    Try<DashedLinePrimitive>,
-    Try<UnlitLinePrimitive>,
-    Try<LineArrayPrimitive>,
-    Try<ArcPrimitive>,
-    Try<UnlitTrianglePrimitive>,
-    Try<UnlitShapePrimitive>,
-    Try<RectanglePrimitive>,
-    Try<TriangleShapePrimitive>,
-    Try<Text3DPrimitive>,
-    Try<TextStringPrimitive>,
-    Try<TextBoxPrimitive>,
-    Try<TextCalloutPrimitive>,
-    Try<TriangleIndex>,
-    Try<TriangleMeshPrimitive>,
-    Try<VolumePrimitive>,
-    Try<LightSource>,
-    Try<MaterialProperty>,
-    Try<GraphicsAttributes>,
-};
+std::vector<TryFunction> MakeTries()
+{
+    std::vector<TryFunction> tries;
+    ForEachKind([&](char const*, auto kind) { tries.push_back(Try<typename decltype(kind)::Type>); });
+    return tries;
+}
 
 } // namespace
 
@@ -125,7 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     for (std::size_t i = 0; i < 4; ++i) {
         schema |= static_cast<std::uint32_t>(data[1 + i]) << (8 * i);
     }
-    constexpr std::size_t objects = sizeof(tries) / sizeof(tries[0]);
-    tries[data[0] % objects](Bytes(data + headerBytes, data + size), schema);
+    static std::vector<TryFunction> const tries = MakeTries();
+    tries[data[0] % tries.size()](Bytes(data + headerBytes, data + size), schema);
     return 0;
 }

@@ -1,12 +1,8 @@
 #include "vorlane/persistence/ArchiveForm.h"
 #include "tests/support/ArchivedBytes.h"
-#include "tests/support/Seed.h"
 
 #include "gtest/gtest.h"
 
-#include <cfloat>
-#include <cmath>
-#include <limits>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -31,32 +27,6 @@ TEST(ArchiveFormTest, OperatorsFollowTheModeOfTheArchive)
     EXPECT_EQ(LoadBytes(24, bytes, [&](CArchive& ar) { insertAndExtract(ar, inserted, extracted); }), 0);
     EXPECT_EQ(bytes.size(), 2u * (16 + 12 + 72 + 128));
     EXPECT_EQ(StoredBytes(24, [&](CArchive& ar) { insertAndExtract(ar, inserted, extracted); }), bytes);
-}
-
-TEST(ArchiveFormTest, CoordinatesRoundToTheNearestFloat)
-{
-    SeededEngine engine;
-    SCOPED_TRACE(engine.Describe());
-    double const infinite = std::numeric_limits<double>::infinity();
-    double const edge = 0x1.ffffffp127; // half a step above the largest float
-    std::vector<double> values = {FLT_MAX, edge, std::nextafter(edge, 0), infinite, DBL_MAX, DBL_MIN, 0, NAN};
-    for (int i = 0; i < 2000; ++i) {
-        values.push_back(std::ldexp(engine.Real(0.5, 1), engine.Integer(-160, 128)));
-        double const eighths = engine.Integer(0, 100); // of a step between floats: to the even one, or nearer
-        values.push_back(1 + std::ldexp(eighths, -26));
-    }
-    for (double const value : values) {
-        for (double const stored : {value, -value}) {
-            Point3d loaded;
-            Bytes const bytes = StoredBytes(24, [&](CArchive& ar) { ar << Point3d(0, stored, 0); });
-            EXPECT_EQ(LoadBytes(24, bytes, [&](CArchive& ar) { ar >> loaded; }), 0);
-            double const nearest =
-                value >= edge ? std::copysign(infinite, stored) : static_cast<float>(stored);
-            EXPECT_TRUE(loaded.y == nearest || std::isnan(value)) << stored << " became " << loaded.y;
-            EXPECT_EQ(std::isnan(loaded.y), std::isnan(value));
-            EXPECT_EQ(std::signbit(loaded.y), std::signbit(stored));
-        }
-    }
 }
 
 TEST(ArchiveFormTest, LongArraysComeThroughWithoutAKnownLength)

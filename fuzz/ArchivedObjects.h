@@ -1,20 +1,105 @@
-#ifndef VORLANE_TESTS_PERSISTENCE_HELDBYTES_H
-#define VORLANE_TESTS_PERSISTENCE_HELDBYTES_H
+#ifndef VORLANE_FUZZ_ARCHIVEDOBJECTS_H
+#define VORLANE_FUZZ_ARCHIVEDOBJECTS_H
 
 /// \file
-/// What an object holds, as the bytes of today's layouts, but told without the library's serializers.
+/// Every kind of object that the archive of a scene can hold, with one name for all serializers; and what an
+/// object holds, as the bytes of today's layouts, but told without the library's serializers.
 
 #include "vorlane/persistence/ArchiveForm.h"
 #include "vorlane/persistence/PrimitiveSerializers.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-namespace VorlaneTest {
+namespace VorlaneFuzz {
 
 using namespace Lumora;
 using namespace Spatia;
+
+using Point2dArray = Orrin::LegacyArray<Point2d>;
+using Point3dArray = Orrin::LegacyArray<Point3d>;
+
+using Vorlane::Serialize;
+
+/// Points and matrices, whose operators follow the mode of the archive.
+template <typename Value>
+auto Serialize(CArchive& ar, Value& value) -> decltype(Vorlane::operator>>(ar, value))
+{
+    return Vorlane::operator>>(ar, value);
+}
+
+inline void Serialize(CArchive& ar, Point2dArray& points)
+{
+    Vorlane::SerializePoint2dArray(ar, points);
+}
+
+inline void Serialize(CArchive& ar, Point3dArray& points)
+{
+    Vorlane::SerializePoint3dArray(ar, points);
+}
+
+template <typename Object>
+struct Kind
+{
+    using Type = Object;
+};
+
+/// Calls `visit(name, Kind<Object>())` for every kind. Seeds of the fuzz target tell kinds by their place.
+template <typename Visit>
+void ForEachKind(Visit visit)
+{
+    visit("Vertex", Kind<Vertex>());
+    visit("VertexNormal", Kind<VertexNormal>());
+    visit("GraphicsPrimitive", Kind<GraphicsPrimitive>());
+    visit("LitPrimitive", Kind<LitPrimitive>());
+    visit("SpherePrimitive", Kind<SpherePrimitive>());
+    visit("EllipsoidPrimitive", Kind<EllipsoidPrimitive>());
+    visit("CylinderPrimitive", Kind<CylinderPrimitive>());
+    visit("ConePrimitive", Kind<ConePrimitive>());
+    visit("TrianglePrimitive", Kind<TrianglePrimitive>());
+    visit("TetrahedronPrimitive", Kind<TetrahedronPrimitive>());
+    visit("PlanePrimitive", Kind<PlanePrimitive>());
+    visit("UnlitPointPrimitive", Kind<UnlitPointPrimitive>());
+    visit("DotPrimitive", Kind<DotPrimitive>());
+    visit("IconPrimitive", Kind<IconPrimitive>());
+    visit("LinePrimitive", Kind<LinePrimitive>());
+    visit("DashedLinePrimitive", Kind<DashedLinePrimitive>());
+    visit("UnlitLinePrimitive", Kind<UnlitLinePrimitive>());
+    visit("LineArrayPrimitive", Kind<LineArrayPrimitive>());
+    visit("ArcPrimitive", Kind<ArcPrimitive>());
+    visit("UnlitTrianglePrimitive", Kind<UnlitTrianglePrimitive>());
+    visit("UnlitShapePrimitive", Kind<UnlitShapePrimitive>());
+    visit("RectanglePrimitive", Kind<RectanglePrimitive>());
+    visit("TriangleShapePrimitive", Kind<TriangleShapePrimitive>());
+    visit("Text3DPrimitive", Kind<Text3DPrimitive>());
+    visit("TextStringPrimitive", Kind<TextStringPrimitive>());
+    visit("TextBoxPrimitive", Kind<TextBoxPrimitive>());
+    visit("TextCalloutPrimitive", Kind<TextCalloutPrimitive>());
+    visit("TriangleIndex", Kind<TriangleIndex>());
+    visit("TriangleMeshPrimitive", Kind<TriangleMeshPrimitive>());
+    visit("VolumePrimitive", Kind<VolumePrimitive>());
+    visit("LightSource", Kind<LightSource>());
+    visit("MaterialProperty", Kind<MaterialProperty>());
+    visit("GraphicsAttributes", Kind<GraphicsAttributes>());
+    visit("Point2d", Kind<Point2d>());
+    visit("Point3d", Kind<Point3d>());
+    visit("Point2dArray", Kind<Point2dArray>());
+    visit("Point3dArray", Kind<Point3dArray>());
+    visit("Matrix3x3", Kind<Matrix3x3>());
+    visit("Matrix4x4", Kind<Matrix4x4>());
+}
+
+/// The nearest float; beyond the largest one, and half a step more, infinity.
+inline float NearestFloat(double value)
+{
+    bool const isBeyond = std::abs(value) >= 0x1.ffffffp127;
+    return isBeyond ? static_cast<float>(std::copysign(std::numeric_limits<double>::infinity(), value))
+                    : static_cast<float>(value);
+}
 
 /// Takes the members of an object, directly and by getters, in the order of its layout.
 class HeldBytes
@@ -77,10 +162,15 @@ private:
         }
     }
 
-    /// A text of characters that have one byte, or none and become '?'.
-    void Add(std::wstring const& text)
+    /// A text up to its zero character. Characters have one byte, or none and become '?'.
+    void Add(std::wstring const& whole)
     {
-        Put(static_cast<char>(text.size()));
+        std::wstring const text(whole.c_str());
+        if (text.size() < 255) {
+            Put(static_cast<unsigned char>(text.size()));
+        } else {
+            Put('\xFF', static_cast<short>(text.size()));
+        }
         for (wchar_t const character : text) {
             Put(static_cast<char>(character < 0x100 ? character : '?'));
         }
@@ -88,7 +178,10 @@ private:
 
     void Add(Orrin::Font const& font) { Put(font.GetFace(), font.GetSize()); }
     void Add(Orrin::Color const& color) { Put(color.GetPacked()); }
-    void Add(Point3d const& point) { Put(float(point.x), float(point.y), float(point.z)); }
+    void Add(Point3d const& point)
+    {
+        Put(NearestFloat(point.x), NearestFloat(point.y), NearestFloat(point.z));
+    }
 
     // A flag of 4 bytes is given as an int.
 #define MEMBERS(Class, ...)                                                                                  \
@@ -166,6 +259,6 @@ private:
     }
 };
 
-} // namespace VorlaneTest
+} // namespace VorlaneFuzz
 
 #endif
