@@ -1,9 +1,10 @@
-// An expression and a text, parted by a zero byte. Short ones are compared with the slow matcher of the
-// tests.
+// An expression, a zero byte and a text; or another zero byte, a count and more of the text, which is
+// repeated so often then. Short ones are compared with the slow matcher of the tests.
 
 #include "fuzz/ExpressionChecks.h"
 #include "vorlane/text/Pattern.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -11,7 +12,7 @@ namespace {
 
 using VorlaneFuzz::Require;
 
-constexpr long maximumSteps = 3000; // of the slow matcher
+constexpr long maximumSteps = 10000; // of the slow matcher
 
 CString ToText(std::string const& characters)
 {
@@ -25,6 +26,20 @@ std::string Adjusted(std::string expression)
     expression.erase(0, expression.find_first_not_of(whiteSpace));
     expression.erase(expression.find_last_not_of(whiteSpace) + 1);
     return expression[0] == '*' ? "." + expression : expression;
+}
+
+std::string TextOf(std::string const& input)
+{
+    std::size_t const border = std::min(input.find('\0'), input.size());
+    std::string const part = input.substr(0, border);
+    std::string text = part;
+    if (border + 2 <= input.size()) {
+        for (int count = input[border + 1] % 32; count > 0; --count) {
+            text += part;
+        }
+        text += input.substr(border + 2);
+    }
+    return text;
 }
 
 /// The substrings are the spans of the engine up to the first that is unset or empty.
@@ -54,13 +69,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::string const input(reinterpret_cast<char const*>(data), size);
     std::size_t const border = input.find('\0');
     std::string const expression = input.substr(0, border);
-    std::string const text = border == std::string::npos ? std::string() : input.substr(border + 1);
+    std::string const text = border == std::string::npos ? std::string() : TextOf(input.substr(border + 1));
     Vorlane::RegExpression found(ToText(expression), false);
     bool const matches = found.Match(ToText(text), false);
     CheckSubstrings(found, matches, Adjusted(expression), text);
     bool const exact = found.Match(ToText(text), true);
     Require(!exact || matches);
-    if (expression.size() <= 40 && text.size() <= 100)
+    if (expression.size() <= 60 && text.size() <= 300)
         VorlaneFuzz::CheckExpression(Adjusted(expression), {text}, maximumSteps);
     return 0;
 }

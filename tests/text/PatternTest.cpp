@@ -30,39 +30,30 @@ char const* YesOrNo(bool value)
     return value ? "yes" : "no";
 }
 
+std::string CodeOf(std::string const& expression)
+{
+    Compiled const compiled = Compile(expression);
+    return std::string(compiled->Code(), compiled->Code() + compiled->m_codeLength);
+}
+
+std::string HintsOf(std::string const& expression)
+{
+    Compiled const compiled = Compile(expression);
+    char const first[] = {compiled->m_firstCharacter, '\0'};
+    std::string const required(compiled->m_requiredText != nullptr ? compiled->m_requiredText : "");
+    EXPECT_EQ(static_cast<std::size_t>(compiled->m_requiredLength), required.size());
+    return std::string(first) + '|' + YesOrNo(compiled->m_anchored) + '|' + required;
+}
+
 } // namespace
 
-TEST(ExpressionCompiler, WritesTheCode)
+TEST(ExpressionCompiler, CompilesAsTheTablesShow)
 {
-    for (Case const& row : ReadCases(cases, "code")) {
-        Compiled const compiled = Compile(row.at("expression"));
-        ASSERT_NE(compiled, nullptr) << row.at("where");
-        std::string const code(compiled->Code(), compiled->Code() + compiled->m_codeLength);
-        EXPECT_EQ(code, row.at("code")) << row.at("where");
-    }
-}
-
-TEST(ExpressionCompiler, RefusesWhatIsNotValid)
-{
-    for (char const* table : {"valid", "refused"})
-        for (Case const& row : ReadCases(cases, table))
-            EXPECT_EQ(Compile(row.at("expression")) != nullptr, *table == 'v') << row.at("where");
+    auto const compiles = [](std::string const& expression) {
+        return YesOrNo(Compile(expression) != nullptr);
+    };
+    CheckTables(cases, {{"code", CodeOf}, {"compiles", compiles}, {"hints", HintsOf}});
     EXPECT_EQ(Compile(std::string(32755, 'x'))->m_codeLength, 32766);
-}
-
-TEST(ExpressionCompiler, SetsTheHints)
-{
-    for (Case const& row : ReadCases(cases, "hints")) {
-        SCOPED_TRACE(row.at("where"));
-        Compiled const compiled = Compile(row.at("expression"));
-        ASSERT_NE(compiled, nullptr);
-        char const first[] = {compiled->m_firstCharacter, '\0'};
-        EXPECT_EQ(first, row.at("first"));
-        EXPECT_EQ(YesOrNo(compiled->m_anchored), row.at("anchored"));
-        char const* const required = compiled->m_requiredText;
-        EXPECT_EQ(required != nullptr ? required : "", row.at("required"));
-        EXPECT_EQ(static_cast<std::size_t>(compiled->m_requiredLength), row.at("required").size());
-    }
 }
 
 TEST(ExpressionCompiler, SearchRefusesAForeignBlock)
