@@ -13,7 +13,7 @@ namespace VorlaneFuzz {
 
 /// A·v = λ·v, and whether the symmetric matrix says that each pair is proven; vectors of length 1 and at
 /// right angles; the largest eigenvalue first. One of low rank may have eigenvalues that take too many
-/// sweeps.
+/// sweeps. The outputs may replace the matrix.
 inline void CheckEigenpairs(Vorlane::QuadraticMatrix const& matrix, bool isRandom)
 {
     int const size = matrix.Dimension();
@@ -26,8 +26,9 @@ inline void CheckEigenpairs(Vorlane::QuadraticMatrix const& matrix, bool isRando
         return;
     }
     Require(std::is_sorted(values.rbegin() + 1, values.rend()));
-    Vorlane::QuadraticMatrix rows(vectors);
+    Vorlane::QuadraticMatrix rows(vectors), itself(matrix);
     rows.Transpose();
+    Require(itself.GetEigenvectorsAndEigenvalues(itself, unsorted.data()) == isProven && unsorted == values);
     double squares = 0;
     bool areAllProven = true;
     for (int k = 0; k < size; ++k) {
@@ -40,6 +41,7 @@ inline void CheckEigenpairs(Vorlane::QuadraticMatrix const& matrix, bool isRando
     for (int k = 0; k < size; ++k) {
         double const value = values[static_cast<std::size_t>(k)];
         for (int i = 0; i < size; ++i) {
+            Require(itself(i, k) == vectors(i, k));
             double const image = std::inner_product(rows[k], rows[k] + size, matrix[i], 0.0);
             Require(std::fabs(image - value * rows(k, i)) <= 1e-12 * std::sqrt(squares));
             double const product = std::inner_product(rows[k], rows[k] + size, rows[i], 0.0);

@@ -123,6 +123,16 @@ void CheckPair(Rational const& a, Model const& modelA, Rational const& b, Model 
     Require((a > b) == (left > right) && (a >= b) == (left >= right));
 }
 
+/// Of one object with itself.
+void CheckSelf(Rational const& value, Model const& model)
+{
+    Rational sum(value), difference(value), product(value), quotient(value);
+    RequireEqual(sum += sum, Combined('+', model, model));
+    RequireEqual(difference -= difference, Combined('-', model, model));
+    RequireEqual(product *= product, Combined('*', model, model));
+    RequireEqual(quotient /= quotient, Combined(':', model, model));
+}
+
 class Calculation
 {
 public:
@@ -159,6 +169,7 @@ public:
             m_model = Combined(operation, m_model, model);
         }
         CheckViews(m_value, m_model);
+        CheckSelf(m_value, m_model);
     }
 
 private:

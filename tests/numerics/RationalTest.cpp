@@ -3,10 +3,7 @@
 
 #include "gtest/gtest.h"
 
-#include "tests/support/Seed.h"
-
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <sstream>
 #include <string>
@@ -23,69 +20,6 @@ std::string Text(Rational const& value)
 }
 
 } // namespace
-
-TEST(RationalTest, TellsItsFractionAndValue)
-{
-    double const largest = std::numeric_limits<double>::max();
-    struct Row
-    {
-        Rational value;
-        char const* text;
-        double quotient;
-        bool isZero;
-    } const rows[] = {
-        {Rational(), "0/1", 0, true},
-        {Rational(3, -6), "-1/2", -0.5, false},
-        {Rational(5, 5), "1/1", 1, false},
-        {Rational(3, -1), "-3/1", -3, false},
-        {Rational(0, -5), "0/-5", 0, true},
-        {Rational(3, 0), "3/0", largest, false},
-        {Rational(-3, 0), "-3/0", -largest, false},
-        {Rational(0, 0), "0/0", largest, false},
-        {Rational(65536, 3), "0/1", 0, true},
-        {Rational(1, 300) + Rational(1, 300), "75/3058", 75.0 / 3058, false},
-        {Rational(1, 2) - Rational(1, 2), "0/4", 0, true},
-        {Rational(1, 2) / Rational(0), "1/0", largest, false},
-        {Rational(2).SetDenominator(4), "1/2", 0.5, false},
-    };
-    for (Row const& row : rows) {
-        EXPECT_EQ(Text(row.value), row.text);
-        EXPECT_EQ(row.value.CalcValue(), row.quotient) << row.text;
-        EXPECT_EQ(static_cast<double>(row.value), row.quotient) << row.text;
-        EXPECT_EQ(!row.value, row.isZero) << row.text;
-        short shorts[2];
-        int ints[2];
-        long longs[2];
-        row.value.GetFraction(shorts[0], shorts[1]);
-        row.value.GetFraction(ints[0], ints[1]);
-        row.value.GetFraction(longs[0], longs[1]);
-        for (int i = 0; i < 2; ++i) {
-            EXPECT_EQ(shorts[i], i == 0 ? row.value.GetNumerator() : row.value.GetDenominator());
-            EXPECT_TRUE(ints[i] == shorts[i] && longs[i] == shorts[i]);
-        }
-    }
-}
-
-TEST(RationalTest, UnaryMinusChangesWhatIsNotConstant)
-{
-    struct Row
-    {
-        int numerator, denominator;
-        char const* negated;
-    } const rows[] = {{1, 2, "-1/2"}, {3, 0, "-3/0"}, {-32768, 1, "-32768/1"}, {0, -5, "0/5"}};
-    for (Row const& row : rows) {
-        Rational value(row.numerator, row.denominator);
-        Rational const constant(value);
-        EXPECT_EQ(Text(-constant), row.negated);
-        EXPECT_EQ(Text(constant), Text(+constant));
-        EXPECT_EQ(&+value, &value);
-        EXPECT_EQ(&-value, &value);
-        EXPECT_EQ(Text(value), row.negated);
-    }
-    Rational value(2, 3);
-    EXPECT_EQ(Text(value += value), "4/3");
-    EXPECT_EQ(Text(value /= value), "1/1");
-}
 
 TEST(RationalTest, WritesEachItemInTheWidthOfTheStream)
 {
