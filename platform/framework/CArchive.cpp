@@ -176,12 +176,12 @@ unsigned char* CArchive::WriteInPlace(unsigned int count)
 unsigned char const* CArchive::ReadInPlace(unsigned int count)
 {
     CheckIsLoading();
-    std::size_t const available = static_cast<std::size_t>(m_loadEnd - m_loadNext);
-    if (count > m_bufferSize && available == 0) {
-        return m_file->ReadInPlace(count);
-    }
-    if (count > available && (count > m_bufferSize || !Fetch(count))) {
-        return nullptr;
+    if (count > static_cast<std::size_t>(m_loadEnd - m_loadNext)) {
+        bool const isThere =
+            FetchInPlace(std::max(count, m_bufferSize)) || (count <= m_bufferSize && Fetch(count));
+        if (!isThere) {
+            return nullptr;
+        }
     }
     m_loadNext += count;
     return m_loadNext - count;
@@ -229,17 +229,22 @@ void CArchive::CheckIsLoading() const
     }
 }
 
-/// Empties the buffer, so that any field fits.
-void CArchive::MakeRoom()
+/// Empties the buffer, which is full up to `next`, so that any field fits, and gives its begin.
+unsigned char* CArchive::MakeRoom(unsigned char* next)
 {
+    m_storeNext = next;
     CheckIsStoring();
     Flush();
+    return m_storeNext;
 }
 
-/// Reads on until the buffer holds `needed` bytes, at most its size. False, with what there was in the
-/// buffer, where the file ends before.
+/// Reads on until `needed` bytes, at most the size of the buffer, lie in one piece. False, with what there
+/// was, where the file ends before.
 bool CArchive::Fetch(std::size_t needed)
 {
+    if (FetchInPlace(m_bufferSize)) {
+        return true;
+    }
     std::size_t available = static_cast<std::size_t>(m_loadEnd - m_loadNext);
     unsigned char* const buffer = m_buffer.get();
     if (available > 0) {
@@ -259,13 +264,30 @@ bool CArchive::Fetch(std::size_t needed)
     return true;
 }
 
-/// Brings the bytes of a field into the buffer.
-void CArchive::FillBuffer(std::size_t needed)
+/// Takes the next `count` bytes where they lie, in the memory of the file. False, and they are still to be
+/// read, where they don't.
+bool CArchive::FetchInPlace(unsigned int count)
 {
+    std::size_t const available = static_cast<std::size_t>(m_loadEnd - m_loadNext);
+    if (available > 0 && !(m_isInPlace && m_file->StepBack(available))) {
+        return false;
+    }
+    unsigned char const* const bytes = m_file->ReadInPlace(count);
+    m_isInPlace = bytes != nullptr;
+    m_loadNext = m_isInPlace ? bytes : m_buffer.get();
+    m_loadEnd = m_isInPlace ? bytes + count : m_loadNext;
+    return m_isInPlace;
+}
+
+/// Brings the bytes of a field, which begins at `next`, into one piece, and gives its begin.
+unsigned char const* CArchive::FillBuffer(unsigned char const* next, std::size_t needed)
+{
+    m_loadNext = next;
     CheckIsLoading();
     if (!Fetch(needed)) {
         AfxThrowArchiveException(CArchiveException::endOfFile, m_file->GetFilePath());
     }
+    return m_loadNext;
 }
 
 void CArchive::WriteOut(unsigned char const* bytes, unsigned int count)
@@ -311,12 +333,8 @@ unsigned int CArchive::ReadAcrossBuffer(unsigned char* bytes, unsigned int count
             if (taken == 0) {
                 break;
             }
-        } else {
-            m_loadNext = m_loadEnd = m_buffer.get();
-            m_loadEnd += m_file->Read(m_buffer.get(), m_bufferSize);
-            if (m_loadNext == m_loadEnd) {
-                break;
-            }
+        } else if (!Fetch(1)) {
+            break;
         }
         done += taken;
     }

@@ -28,7 +28,8 @@
 /// write that failed, the archive writes no more, since nobody knows where in the file it stands; Flush and
 /// Close raise CFileException with the same cause again.
 ///
-/// The archive borrows the file, which must outlive it or its Close. It is used from one thread at a time.
+/// The archive borrows the file, which must outlive it or its Close; nobody else writes to a file while an
+/// archive loads from it. It is used from one thread at a time.
 class VORLANE_PLATFORM_EXPORT CArchive
 {
 public:
@@ -180,14 +181,24 @@ private:
         return to;
     }
 
+    /// A number anywhere in the buffer.
+    template <typename Word>
+    struct __attribute__((packed)) Unaligned
+    {
+        Word word;
+    };
+
+    // Both ways the position is handed to the slow way, and the member wiped out there. So a compiler sees
+    // that nobody asks for it between two fields, and writes it down behind the last one only.
+
     template <typename Word>
     CArchive& Insert(Word word)
     {
-        if (static_cast<std::size_t>(m_storeEnd - m_storeNext) < sizeof(Word)) {
-            MakeRoom();
+        unsigned char* next = m_storeNext;
+        if (static_cast<std::size_t>(m_storeEnd - next) < sizeof(Word)) {
+            m_storeNext = nullptr;
+            next = MakeRoom(next);
         }
-        // What it points at might alias the member, which would then be loaded anew.
-        unsigned char* const next = m_storeNext;
         AfxPutLittleEndian(next, word);
         m_storeNext = next + sizeof(Word);
         return *this;
@@ -196,12 +207,15 @@ private:
     template <typename Word>
     Word Extract()
     {
-        if (static_cast<std::size_t>(m_loadEnd - m_loadNext) < sizeof(Word)) {
-            FillBuffer(sizeof(Word));
+        unsigned char const* next = m_loadNext;
+        if (static_cast<std::size_t>(m_loadEnd - next) < sizeof(Word)) {
+            m_loadNext = nullptr;
+            next = FillBuffer(next, sizeof(Word));
         }
-        Word const word = AfxGetLittleEndian<Word>(m_loadNext);
-        m_loadNext += sizeof(Word);
-        return word;
+        // As a number and not as bytes, which might be those of the member.
+        Unaligned<Word> const field = *reinterpret_cast<Unaligned<Word> const*>(next);
+        m_loadNext = next + sizeof(Word);
+        return AfxGetLittleEndian<Word>(reinterpret_cast<unsigned char const*>(&field));
     }
 
     template <typename Word, typename Value>
@@ -213,9 +227,10 @@ private:
 
     void CheckIsStoring() const;
     void CheckIsLoading() const;
-    void MakeRoom();
+    unsigned char* MakeRoom(unsigned char* next);
     bool Fetch(std::size_t needed);
-    void FillBuffer(std::size_t needed);
+    bool FetchInPlace(unsigned int count);
+    unsigned char const* FillBuffer(unsigned char const* next, std::size_t needed);
     void WriteOut(unsigned char const* bytes, unsigned int count);
     template <typename WriteCall>
     auto UnlessFailed(WriteCall write);
@@ -226,14 +241,15 @@ private:
     // only where the buffer is full or used up.
     unsigned char* m_storeNext = nullptr;
     unsigned char* m_storeEnd = nullptr;
-    unsigned char const* m_loadNext = nullptr;
+    unsigned char const* m_loadNext = nullptr; ///< in the buffer, or in the memory of the file
     unsigned char const* m_loadEnd = nullptr;
 
     CFile* m_file;
     std::unique_ptr<unsigned char[]> m_buffer;
     unsigned int m_bufferSize;
     bool m_isLoading;
-    int m_failedWrite = 0; ///< the cause of a write that failed, or 0
+    bool m_isInPlace = false; ///< the bytes to load lie in the memory of the file
+    int m_failedWrite = 0;    ///< the cause of a write that failed, or 0
 };
 
 /// Writes the prefix of a text in the archive: its length in 1, 3, 7 or 15 bytes, the fewest that do, after
