@@ -62,6 +62,28 @@ void CheckSubstrings(Vorlane::RegExpression const& found, bool matches, std::str
     Require(matches == (count > 0 || (text.empty() && expression == ".*")));
 }
 
+/// Copies match and answer as the original does, which keeps what it has.
+void CheckCopies(Vorlane::RegExpression const& found, bool matches, std::string const& expression,
+                 std::string const& text)
+{
+    Vorlane::RegExpression copied(found), assigned("z+", true);
+    Require(assigned == "zz" && assigned != "az");
+    assigned = copied;
+    Vorlane::RegExpression const& self = assigned;
+    assigned = self;
+    CString const whole = copied.GetSubstring(0), before(whole, whole.GetLength());
+    CheckSubstrings(copied, matches, expression, text);
+    CheckSubstrings(assigned, matches, expression, text);
+    std::unique_ptr<Vorlane::Pattern<CString>> const pattern(found.Copy());
+    CString const other = ToText("z" + text);
+    Require((assigned == other) == copied.Match(other, false) && (*pattern == other) == (assigned == other));
+    Require(whole == before);
+    Require((assigned == ToText(text)) == matches && (*pattern != ToText(text)) == !matches);
+    if (!text.empty())
+        CheckSubstrings(assigned, matches, expression, text);
+    CheckSubstrings(found, matches, expression, text);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
@@ -73,6 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Vorlane::RegExpression found(ToText(expression), false);
     bool const matches = found.Match(ToText(text), false);
     CheckSubstrings(found, matches, Adjusted(expression), text);
+    CheckCopies(found, matches, Adjusted(expression), text);
     bool const exact = found.Match(ToText(text), true);
     Require(!exact || matches);
     if (expression.size() <= 60 && text.size() <= 300)

@@ -81,6 +81,33 @@ inline void CheckStream(std::string const& text, std::string const& delimiters, 
     }
 }
 
+inline bool AreSame(double a, double b)
+{
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+inline bool AreSame(Spatia::Point3d const& a, Spatia::Point3d const& b)
+{
+    return AreSame(a.x, b.x) && AreSame(a.y, b.y) && AreSame(a.z, b.z);
+}
+
+/// Numbers and points: a single delimiter is a set of one, and a point is seen as it is taken.
+inline void CheckSingleDelimiter(CString const& text, char delimiter)
+{
+    using Utils = Vorlane::StringUtils;
+    char const set[] = {delimiter, '\0'};
+    CString rest(text), restOfSet(text);
+    Require(AreSame(Utils::PeekRealNumber(text, delimiter), Utils::PeekRealNumber(text, set)));
+    Require(AreSame(Utils::ParseRealNumber(rest, delimiter), Utils::ParseRealNumber(restOfSet, set)));
+    Require(Bytes(rest) == Bytes(restOfSet));
+    rest = restOfSet = text;
+    Spatia::Point3d const point = Utils::ParsePoint(rest, delimiter);
+    Require(AreSame(point, Utils::ParsePoint(restOfSet, set)));
+    Require(AreSame(point, Utils::PeekPoint(text, delimiter)));
+    Require(AreSame(point, Utils::PeekPoint(text, set)));
+    Require(Bytes(rest) == Bytes(restOfSet));
+}
+
 /// Takes items until nothing is left; each call ends in less text, or says why not.
 inline void CheckText(CString const& text, char const* delimiters)
 {
@@ -105,10 +132,15 @@ inline void CheckText(CString const& text, char const* delimiters)
         Vorlane::StringUtils::ParseRealNumber(forNumber, delimiters);
         Require(Bytes(forNumber) == Bytes(rest));
         CString forPoint(copy);
-        double const x = Vorlane::StringUtils::PeekPoint(copy, delimiters).x;
-        double const parsed = Vorlane::StringUtils::ParsePoint(forPoint, delimiters).x;
-        Require(std::memcmp(&x, &parsed, sizeof x) == 0);
+        Require(AreSame(Vorlane::StringUtils::PeekPoint(copy, delimiters),
+                        Vorlane::StringUtils::ParsePoint(forPoint, delimiters)));
+        if (*delimiters != '\0') {
+            CheckSingleDelimiter(copy, *delimiters);
+        }
         Require(forPoint.GetLength() <= rest.GetLength());
+        CString own(copy), set(copy);
+        CString const ownField = Vorlane::StringUtils::Parse(own, own);
+        Require(Bytes(ownField) == Bytes(Vorlane::StringUtils::Parse(set, copy)) && Bytes(own) == Bytes(set));
         std::string const peeked = Bytes(Vorlane::StringUtils::Peek(copy, delimiters));
         Require(std::none_of(peeked.begin(), peeked.end(), [&](char c) { return IsIn(delimiters, c); }));
         Vorlane::StringUtils::PeekRealNumber(copy, delimiters);

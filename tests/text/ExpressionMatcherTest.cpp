@@ -98,20 +98,18 @@ TEST(ExpressionMatcher, FindsTheGroupsOfLongMatches)
     for (char const* expression : {"(a*)(b*)((c|d)*)(a*)(e)", "(a*)(b*)((c|d)*)(a*)(e|ef)"}) {
         Compiled const compiled = Compile(expression);
         for (int shift = -2; shift <= 2; ++shift) {
+            int const lengths[] = {4096 + shift, 8192, 3000, 20000 - shift, 1};
             std::string text;
-            std::vector<std::ptrdiff_t> ends;
-            for (std::pair<int, char> const& part : {std::pair(4096 + shift, 'a'), std::pair(8192, 'b'),
-                                                     std::pair(3000, 'd'), std::pair(20000 - shift, 'a')}) {
-                text.append(static_cast<std::size_t>(part.first), part.second);
-                ends.push_back(static_cast<std::ptrdiff_t>(text.size()));
-            }
-            text += 'e';
+            for (std::size_t part = 0; part != std::size(lengths); ++part)
+                text.append(static_cast<std::size_t>(lengths[part]), "abdae"[part]);
             SCOPED_TRACE(expression);
             ASSERT_TRUE(SearchExpression(compiled.get(), text.c_str(), text.size()));
-            int const groups[] = {1, 2, 3, 5};
-            for (std::size_t i = 0; i < ends.size(); ++i) {
-                EXPECT_EQ(compiled->m_groupEnd[groups[i]] - text.c_str(), ends[i]) << "group " << groups[i];
-                EXPECT_EQ(compiled->m_groupStart[groups[i]] - text.c_str(), i == 0 ? 0 : ends[i - 1]);
+            char const* begin = text.c_str();
+            for (std::size_t part = 0; part != std::size(lengths); ++part) {
+                int const group = "12356"[part] - '0';
+                EXPECT_EQ(compiled->m_groupStart[group], begin) << group;
+                EXPECT_EQ(compiled->m_groupEnd[group], begin + lengths[part]) << group;
+                begin += lengths[part];
             }
             EXPECT_EQ(compiled->m_groupEnd[4] - compiled->m_groupStart[4], 1);
         }

@@ -39,7 +39,6 @@ TEST(FontTest, SetSizeAloneRefusesSizesBelowOne)
 TEST(FontTest, ArchiveHoldsFaceAndSize)
 {
     std::pair<Font, Bytes> const rows[] = {{Font("Arial", 12), {5, 'A', 'r', 'i', 'a', 'l', 12, 0, 0, 0}},
-                                           {Font(), {0, 0, 0, 0, 0}},
                                            {Font("\xE9", -2), {1, 0xE9, 0xFE, 0xFF, 0xFF, 0xFF}}};
     for (auto const& [expected, bytes] : rows) {
         Font font(expected);

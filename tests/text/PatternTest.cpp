@@ -117,40 +117,6 @@ TEST(RegExpression, DoesWhatItsPageSays)
     EXPECT_GT(rows, 40);
 }
 
-TEST(RegExpression, SubstringsThatWereHandedOutStay)
-{
-    RegExpression expression("(a+)(b?)", false);
-    EXPECT_TRUE(expression.Match("xaab", false));
-    EXPECT_TRUE(expression.Match(expression.GetSubstring(1), true));
-    EXPECT_EQ(SubstringsOf(expression), (Texts{"aa", "aa"}));
-    CString const before = expression.GetSubstring(0);
-    EXPECT_TRUE(expression.Match(ToText("a" + std::string(1000, 'b')), false));
-    EXPECT_EQ(SubstringsOf(expression), (Texts{"ab", "a", "b"}));
-    EXPECT_STREQ(before, "aa");
-}
-
-TEST(RegExpression, CopiesByValue)
-{
-    RegExpression source("(a)b", true);
-    EXPECT_TRUE(source == "ab");
-    EXPECT_TRUE(source != "xab"); // exact
-    source.Match("xab", false);
-    std::unique_ptr<Pattern<CString>> const copy(source.Copy());
-    EXPECT_TRUE(*copy == "ab");
-    RegExpression const copied(source);
-    EXPECT_EQ(SubstringsOf(copied), (Texts{"ab", "a"}));
-    EXPECT_EQ(copied.GetSubstringStart(1), 1);
-
-    RegExpression target("z+", false);
-    EXPECT_TRUE(target == "xz");
-    target = source;
-    RegExpression const& self = target;
-    target = self;
-    EXPECT_EQ(SubstringsOf(target), (Texts{"ab", "a"}));
-    EXPECT_TRUE(target == "ab"); // the new expression, and the source's exactness
-    EXPECT_FALSE(target == "abz");
-}
-
 TEST(RegExpression, SurvivesFailedAllocations)
 {
     CString const text = ToText("xx" + std::string(300, 'a') + "bcd");

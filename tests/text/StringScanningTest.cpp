@@ -25,18 +25,6 @@ auto Parsing(Parse parse)
     };
 }
 
-/// The same for points, which PeekPoint sees as ParsePoint does.
-template <typename Delimiters>
-auto PointParsing(Delimiters delimiters)
-{
-    return Parsing([delimiters](CString& text) {
-        Spatia::Point3d const peeked = StringUtils::PeekPoint(text, delimiters);
-        Spatia::Point3d const parsed = StringUtils::ParsePoint(text, delimiters);
-        EXPECT_EQ(Print(peeked), Print(parsed));
-        return parsed;
-    });
-}
-
 template <typename Peek>
 auto Peeking(Peek peek)
 {
@@ -70,15 +58,12 @@ TextFunctions const scanners = {
     {"Parse('\\0')", Parsing([](auto& text) { return StringUtils::Parse(text, '\0'); })},
     {"ParseQuotedString()", Parsing(StringUtils::ParseQuotedString)},
     {"ParseRealNumber(',')", Parsing([](auto& text) { return StringUtils::ParseRealNumber(text, ","); })},
-    {"ParseRealNumber(',')", Parsing([](auto& text) { return StringUtils::ParseRealNumber(text, ','); })},
-    {"ParsePoint(',')", PointParsing(",")},
-    {"ParsePoint(',')", PointParsing(',')},
+    {"ParsePoint(',')", Parsing([](auto& text) { return StringUtils::ParsePoint(text, ","); })},
     {"Peek()", Peeking([](auto const& text) { return StringUtils::Peek(text); })},
     {"Peek(',')", Peeking([](auto const& text) { return StringUtils::Peek(text, ','); })},
     {"Peek('\\0')", Peeking([](auto const& text) { return StringUtils::Peek(text, '\0'); })},
     {"PeekQuotedString()", Peeking(StringUtils::PeekQuotedString)},
     {"PeekRealNumber(',')", Peeking([](auto const& text) { return StringUtils::PeekRealNumber(text, ","); })},
-    {"PeekRealNumber(',')", Peeking([](auto const& text) { return StringUtils::PeekRealNumber(text, ','); })},
     {"CheckNext",
      Peeking([](auto const& text) { return StringUtils::CheckNextCharacter(text[0], text.Mid(1)); })},
     {"CheckQuoted",
@@ -137,18 +122,6 @@ TEST(StringScanningTest, SetsOfDelimiters)
         EXPECT_EQ(Print(StringUtils::Parse(text, delimiters)), row.at("parsed"));
         EXPECT_EQ(Print(text), row.at("left"));
     }
-}
-
-TEST(StringScanningTest, ArgumentsMayBeTheTextItself)
-{
-    CString text("'ab' cd");
-    text = StringUtils::ParseQuotedString(text);
-    EXPECT_STREQ(text, "ab");
-    text = ";,a";
-    EXPECT_STREQ(StringUtils::Parse(text, text), "");
-    EXPECT_STREQ(text, ",a");
-    text = StringUtils::Parse(text);
-    EXPECT_STREQ(text, ",a");
 }
 
 TEST(StringScanningTest, ALongTextIsEatenInLinearTime)
