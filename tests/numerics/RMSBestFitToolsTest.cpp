@@ -142,10 +142,6 @@ TEST(RMSBestFitToolsTest, RecoversRigidMotions)
             ExpectNear(x.Cross(y), Point3d::kVector * rotations[k], 1e-14);
         }
     }
-    PointArray point = ToArray({{2, 3, 4}});
-    PointArray const corner = ToArray({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
-    EXPECT_TRUE(FindAndApplyTransformation(corner, ToArray({{0, 0, 0}, {0, 1, 0}, {-1, 0, 0}}), point));
-    ExpectNear(point[0], Point3d(-3, 2, 4), 1e-14);
 }
 
 TEST(RMSBestFitToolsTest, SuperposesRealChainsAsAnotherMethodDoes)
@@ -198,16 +194,13 @@ TEST(RMSBestFitToolsTest, AnswersForDegenerateSets)
     EXPECT_FALSE(FindAllTransformations(none, none, rotations, translations, eigenvalues));
     ExpectNear(Point3d(1, 2, 3) * rotations[3] + translations[3], Point3d(1, 2, 3), 0);
     EXPECT_EQ(eigenvalues[3], 0);
-    // A mirror image: the rotation stays the identity.
+    // A mirror image.
     PointArray const solid = ToArray({{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 1, 1}});
     PointArray const mirrored = ToArray({{1, 0, 0}, {0, 1, 0}, {0, 0, -1}, {1, 1, -1}});
     EXPECT_TRUE(FindAllTransformations(solid, mirrored, rotations, translations, eigenvalues));
     for (int k = 0; k < 4; ++k) {
         EXPECT_NEAR(eigenvalues[k], k < 3 ? 1 : -3, 1e-14);
     }
-    PointArray moved(solid);
-    EXPECT_TRUE(FindAndApplyTransformation(solid, mirrored, moved));
-    ExpectNear(moved, Moved(solid, Matrix3x3(Matrix3x3::IdentityMatrix), Point3d(0, 0, -1)), 1e-14);
 }
 
 TEST(RMSBestFitToolsTest, AsymmetricMatricesHaveTheAxesAsEigenvectors)
