@@ -106,13 +106,11 @@ public:
 
 private:
     void CopySubstrings(RegExpression const& other);
-    void StoreSubstrings(char const* text);
+    void StoreSubstrings(CString const& text);
 
     CString m_expression;
-    // A copy of what the last Match found, in one of the two; the groups lie in it.
-    static constexpr int shortCapacity = 16;
-    char m_shortMatch[shortCapacity] = {};
-    CString m_longMatch;
+    CString m_kept;     ///< what the last Match found, or the whole text if that is short
+    int m_keptFrom = 0; ///< where it begins in that text
     CompiledExpression* m_compiled = nullptr;
     int m_substringCount = 0;
     int m_substringStarts[10] = {}; ///< in the text of the last Match

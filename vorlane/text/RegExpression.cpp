@@ -12,25 +12,12 @@ namespace {
 /// Up to this length a match is written into the storage of the one before it.
 constexpr int reusedLength = 256;
 
-/// Copies 1 to 16 bytes, first and last ones, which may overlap: less than the price of a call.
-void CopyShort(char* target, char const* source, std::size_t length)
-{
-    if (length >= 8) {
-        std::memcpy(target, source, 8);
-        std::memcpy(target + length - 8, source + length - 8, 8);
-    } else if (length >= 4) {
-        std::memcpy(target, source, 4);
-        std::memcpy(target + length - 4, source + length - 4, 4);
-    } else {
-        target[0] = source[0];
-        target[length / 2] = source[length / 2];
-        target[length - 1] = source[length - 1];
-    }
-}
+/// Up to this length a text lies in its object, and is copied for less than a choice would cost.
+constexpr int shortLength = 15;
 
 void Assign(CString& target, char const* begin, int length)
 {
-    if (length > reusedLength || target.GetLength() > reusedLength) {
+    if (length <= shortLength || length > reusedLength || target.GetLength() > reusedLength) {
         target = CString(begin, length);
         return;
     }
@@ -69,8 +56,8 @@ RegExpression& RegExpression::operator=(RegExpression const& other)
 void RegExpression::CopySubstrings(RegExpression const& other)
 {
     m_substringCount = 0;
-    m_longMatch = other.m_longMatch;
-    std::copy(std::begin(other.m_shortMatch), std::end(other.m_shortMatch), m_shortMatch);
+    m_kept = other.m_kept;
+    m_keptFrom = other.m_keptFrom;
     m_substringCount = other.m_substringCount;
     std::copy(std::begin(other.m_substringStarts), std::end(other.m_substringStarts), m_substringStarts);
     std::copy(std::begin(other.m_substringLengths), std::end(other.m_substringLengths), m_substringLengths);
@@ -106,24 +93,24 @@ bool RegExpression::Match(CString const& text, bool exact)
 }
 
 /// Takes the spans up to the first that is unset or empty.
-void RegExpression::StoreSubstrings(char const* text)
+void RegExpression::StoreSubstrings(CString const& text)
 {
+    char const* const first = text;
     int count = 0;
     for (; count < groupSlots; ++count) {
         char const* const begin = m_compiled->m_groupStart[count];
         char const* const end = m_compiled->m_groupEnd[count];
         if (begin == nullptr || begin >= end)
             break;
-        m_substringStarts[count] = static_cast<int>(begin - text);
+        m_substringStarts[count] = static_cast<int>(begin - first);
         m_substringLengths[count] = static_cast<int>(end - begin);
     }
-    if (count > 0) {
-        char const* const begin = m_compiled->m_groupStart[0];
-        int const length = m_substringLengths[0];
-        if (length <= shortCapacity)
-            CopyShort(m_shortMatch, begin, static_cast<std::size_t>(length));
-        else
-            Assign(m_longMatch, begin, length);
+    if (count > 0 && text.GetLength() <= shortLength) {
+        m_kept = text;
+        m_keptFrom = 0;
+    } else if (count > 0) {
+        m_keptFrom = m_substringStarts[0];
+        Assign(m_kept, m_compiled->m_groupStart[0], m_substringLengths[0]);
     }
     m_substringCount = count;
 }
@@ -132,10 +119,7 @@ CString RegExpression::GetSubstring(int index) const
 {
     if (index < 0 || index >= m_substringCount)
         return CString();
-    int const first = m_substringStarts[index] - m_substringStarts[0];
-    int const length = m_substringLengths[index];
-    return m_substringLengths[0] <= shortCapacity ? CString(m_shortMatch + first, length)
-                                                  : m_longMatch.Mid(first, length);
+    return m_kept.Mid(m_substringStarts[index] - m_keptFrom, m_substringLengths[index]);
 }
 
 int RegExpression::GetSubstringStart(int index) const
