@@ -200,7 +200,9 @@ bool ExpressionSearch::Find(char const* text, char const* end, bool anchored, Fo
     char const* at = text;
     for (;;) {
         bool gaveUp = false;
-        char const* const candidate = anchored ? at : NextCandidate(at, end, gaveUp);
+        // In a short text the next position is mostly one already.
+        bool const isHere = anchored || (!IsLong(at, end) && m_begins.Has(static_cast<unsigned char>(*at)));
+        char const* const candidate = isHere ? at : NextCandidate(at, end, gaveUp);
         if (candidate == nullptr ||
             (candidate != at && std::memchr(at, 0, static_cast<std::size_t>(candidate - at)) != nullptr))
             return false;
@@ -251,12 +253,7 @@ bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::
         std::fill_n(compiled.m_groupEnd, groupSlots, nullptr);
     }
     FoundMatch match;
-    if (length < longText) {
-        // The usual case of short texts: a match begins with the text.
-        char const* last = nullptr;
-        if (m_begins.Has(static_cast<unsigned char>(*text)))
-            Try(text, text, end, match, last);
-    } else {
+    if (length >= longText) {
         if (m_skip == Skip::undecided)
             PrepareForLongTexts(compiled);
         bool gaveUp = false;
@@ -269,7 +266,7 @@ bool ExpressionSearch::Run(CompiledExpression& compiled, char const* text, std::
                 return false;
         }
     }
-    if (match.end == nullptr && !Find(text, end, compiled.m_anchored, match))
+    if (!Find(text, end, compiled.m_anchored, match))
         return false;
     compiled.m_groupStart[0] = match.begin;
     compiled.m_groupEnd[0] = match.end;
