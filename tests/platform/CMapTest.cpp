@@ -1,34 +1,11 @@
 #include "tests/support/AllocationFailure.h"
-#include "tests/support/Seed.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 
 #include "gtest/gtest.h"
 
-#include <algorithm>
 #include <climits>
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
-
-namespace {
-
-using IntMap = CMap<int, int, int, int>;
-using TextMap = CMap<CString, char const*, int, int>;
-using Entries = std::vector<std::pair<int, int>>;
-
-Entries EntriesOf(IntMap const& map)
-{
-    Entries entries;
-    for (POSITION position = map.GetStartPosition(); position != nullptr;) {
-        std::pair<int, int> entry;
-        map.GetNextAssoc(position, entry.first, entry.second);
-        entries.push_back(entry);
-    }
-    return entries;
-}
-
-} // namespace
 
 TEST(CMapTest, HashesAreThePublishedOnes)
 {
@@ -38,69 +15,13 @@ TEST(CMapTest, HashesAreThePublishedOnes)
         (std::vector<unsigned int>{0, 1, 0x0FFFFFFF, 0x08000000, 0, 97 * 33 + 0xE9}));
 }
 
-TEST(CMapTest, IteratesByBucketNewestFirstAtEverySize)
-{
-    VorlaneTest::SeededEngine random;
-    SCOPED_TRACE(random.Describe());
-    for (int const count : {0, 1, 2, 17, 68, 72, 73, 200, 5000}) {
-        for (unsigned int const tableSize : {1u, 17u, 101u}) {
-            SCOPED_TRACE(testing::Message() << count << " entries in " << tableSize << " buckets");
-            IntMap map(3);
-            map.InitHashTable(tableSize, count % 2);
-            Entries entries; // the newest first, as in each bucket
-            std::set<int> keys;
-            while (map.GetCount() < count) {
-                int const key = random.Integer(-4000, 4000) * random.Integer(1, 100000);
-                if (keys.insert(key).second) {
-                    entries.emplace(entries.begin(), key, map.GetCount());
-                    map.SetAt(key, map.GetCount());
-                }
-            }
-            // Setting an entry that is there moves nothing.
-            for (auto& [key, value] : entries) {
-                map[key] += 5;
-                value += 5;
-                int found = -1;
-                ASSERT_TRUE(map.Lookup(key, found));
-                ASSERT_EQ(found, value);
-                ASSERT_EQ(map.Lookup(key + 1, found), keys.count(key + 1) == 1);
-            }
-            EXPECT_EQ(map.GetCount(), count);
-            auto const bucketOf = [&](auto const& entry) {
-                return (static_cast<unsigned int>(entry.first) >> 4) % tableSize;
-            };
-            std::stable_sort(entries.begin(), entries.end(),
-                             [&](auto const& a, auto const& b) { return bucketOf(a) < bucketOf(b); });
-            ASSERT_EQ(EntriesOf(map), entries);
-        }
-    }
-}
-
 TEST(CMapTest, LookupWithoutEntriesAllocatesNothing)
 {
     VorlaneTest::AllocationFailure const failure(0);
-    TextMap map;
+    CMap<CString, char const*, int, int> map;
     int value = 5;
     EXPECT_FALSE(map.Lookup("a", value) || map.GetStartPosition() != nullptr || failure.HasHappened());
     EXPECT_EQ(value, 5);
-}
-
-TEST(CMapTest, TableIsSetWhileEmpty)
-{
-    IntMap map;
-    EXPECT_EQ(map.GetHashTableSize(), 17u);
-    EXPECT_THROW(map.InitHashTable(0, 1), CInvalidArgException);
-    map.InitHashTable(2, 1);
-    map[0] = 1;
-    EXPECT_THROW(map.InitHashTable(5, 0), CInvalidArgException);
-    map.RemoveAll();
-    EXPECT_EQ(map.GetHashTableSize(), 2u);
-    int found = 0;
-    EXPECT_FALSE(map.Lookup(0, found));
-    map[32] = 7;
-    EXPECT_EQ(EntriesOf(map), (Entries{{32, 7}}));
-    POSITION none = nullptr;
-    EXPECT_THROW(map.GetNextAssoc(none, found, found), CInvalidArgException);
 }
 
 TEST(CMapTest, IsUnchangedWhenMemoryRunsOut)
