@@ -4,11 +4,9 @@
 #include "tests/support/ArchivedBytes.h"
 #include "tests/support/CaseTable.h"
 #include "tests/support/Files.h"
-#include "tests/support/Seed.h"
 
 #include "gtest/gtest.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -299,64 +297,6 @@ TEST(CArchiveTest, TheWrongModeIsRefusedWithTheFilesName)
     EXPECT_EQ(CauseOf<CArchiveException>([&] { loading >> text; }), +CArchiveException::endOfFile);
     EXPECT_THROW(CArchive(nullptr, CArchive::load), CInvalidArgException);
     EXPECT_THROW(CArchive(&file, 2), CInvalidArgException);
-}
-
-namespace {
-
-/// Blocks with a number behind each go to `file` and back, by turns in place where that works. Gives the
-/// size of the largest with which it did.
-unsigned int MoveBlocks(CFile& file)
-{
-    SeededEngine random;
-    SCOPED_TRACE(random.Describe());
-    unsigned int inPlace = 0;
-    CArchive storing(&file, CArchive::store, 1000);
-    std::vector<Bytes> blocks(200);
-    for (Bytes& block : blocks) {
-        block.resize(static_cast<std::size_t>(random.Integer(0, random.Integer(0, 1) == 0 ? 20 : 5000)));
-        std::generate(block.begin(), block.end(), [&] { return static_cast<unsigned char>(random()); });
-        unsigned int const size = static_cast<unsigned int>(block.size());
-        unsigned char* const room = random.Integer(0, 1) == 0 ? storing.WriteInPlace(size) : nullptr;
-        if (room != nullptr) {
-            std::copy(block.begin(), block.end(), room);
-            inPlace = std::max(inPlace, size);
-        } else {
-            storing.Write(block.data(), size);
-        }
-        storing << 0x1234;
-    }
-    storing.Close();
-    file.SeekToBegin();
-    CArchive loading(&file, CArchive::load, 777);
-    for (Bytes const& block : blocks) {
-        unsigned int const size = static_cast<unsigned int>(block.size());
-        Bytes loaded(size);
-        int field = 0;
-        if (unsigned char const* const bytes =
-                random.Integer(0, 1) == 0 ? loading.ReadInPlace(size) : nullptr) {
-            loaded.assign(bytes, bytes + size);
-            inPlace = std::max(inPlace, size);
-        } else {
-            EXPECT_EQ(loading.Read(loaded.data(), size), size);
-        }
-        loading >> field;
-        EXPECT_TRUE(loaded == block && field == 0x1234);
-    }
-    unsigned char more[1] = {};
-    EXPECT_EQ(loading.ReadInPlace(1), nullptr);
-    EXPECT_EQ(loading.Read(more, 1), 0u);
-    return inPlace;
-}
-
-} // namespace
-
-TEST(CArchiveTest, BlocksOfAnySizeMixWithFields)
-{
-    TemporaryFile const temporary("blocks");
-    CFile onDisk(temporary.path.c_str(), CFile::modeReadWrite | CFile::modeCreate);
-    CMemFile inMemory;
-    EXPECT_LE(MoveBlocks(onDisk), 1000u); // in the archive's buffer
-    EXPECT_GT(MoveBlocks(inMemory), 1000u);
 }
 
 TEST(CArchiveTest, ArchivesMayFollowEachOtherInAFile)
