@@ -1,12 +1,10 @@
 #include "vorlane/colour/ColorMapParameters.h"
 #include "tests/colour/ColourTesting.h"
 #include "tests/support/CaseTable.h"
-#include "tests/support/Seed.h"
 #include "vorlane/colour/ColorSpectrumRegistry.h"
 
 #include "gtest/gtest.h"
 
-#include <limits>
 #include <sstream>
 
 using namespace VorlaneTest;
@@ -37,27 +35,6 @@ TEST(ColorMapParametersTest, ColoursValues)
             Color inBatch(7);
             parameters.CalculateColors(&number, 1, &inBatch);
             EXPECT_EQ(inBatch.GetPacked(), colors.at(color));
-        }
-    }
-}
-
-TEST(ColorMapParametersTest, BatchGivesTheColoursOfSingleCalls)
-{
-    SeededEngine engine;
-    SCOPED_TRACE(engine.Describe());
-    double const infinite = std::numeric_limits<double>::infinity();
-    double const odd[] = {-1.0, 1.0, infinite, -infinite, std::numeric_limits<double>::quiet_NaN()};
-    for (int const count : {-5, 0, 1, 255, 257, 1024, 1025, 5000}) {
-        ColorMapParameters parameters("Rainbow 1", count % 2 != 0, -1.0, 1.0, engine.Integer(1, 200));
-        std::vector<double> values(5000);
-        for (double& value : values) {
-            value = engine.Integer(0, 9) == 0 ? odd[engine.Integer(0, 4)] : engine.Real(-1.5, 1.5);
-        }
-        std::vector<Color> colors(values.size(), Color(7));
-        parameters.CalculateColors(values.data(), count, colors.data());
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            ASSERT_EQ(colors[i], int(i) < count ? parameters.CalculateColor(values[i]) : Color(7))
-                << values[i];
         }
     }
 }
