@@ -50,9 +50,9 @@ run_fuzzers() {
     say "== fuzz, $fuzz_seconds s each, as many at once as there are cores"
     cmake --preset fuzz >/dev/null
     cmake --build --preset fuzz
-    local source running=()
-    for source in fuzz/*.cpp; do
-        fuzz_one "$(basename "$source" .cpp)" &
+    local corpus running=()
+    for corpus in fuzz/corpus/*; do
+        fuzz_one "$(basename "$corpus")" &
         running+=($!)
         if [ ${#running[@]} -ge "$(nproc)" ]; then
             wait "${running[0]}"
