@@ -1,6 +1,7 @@
 // The bins of colour maps, ramps, edited spectra and their registry, colours of many values, and the orders
 // of spectra and parameters, each beside a plain model. The first byte of the input chooses among them.
 
+#include "fuzz/Input.h"
 #include "fuzz/Require.h"
 #include "platform/lumora/ColorMap.h"
 #include "tests/colour/ColourTesting.h"
@@ -26,14 +27,11 @@ namespace {
 
 constexpr double infinite = std::numeric_limits<double>::infinity();
 
-/// The input as a list of small numbers; 0 where it has ended.
-class Input
+class Input : public VorlaneFuzz::Input
 {
 public:
-    Input(std::uint8_t const* bytes, std::size_t size) : m_next(bytes), m_end(bytes + size) {}
+    using VorlaneFuzz::Input::Input;
 
-    bool HasEnded() const { return m_next == m_end; }
-    int Byte() { return HasEnded() ? 0 : *m_next++; }
     int Below(int count) { return Byte() % count; }
     std::uint32_t Word()
     {
@@ -58,10 +56,6 @@ public:
         }
         return text;
     }
-
-private:
-    std::uint8_t const* m_next;
-    std::uint8_t const* m_end;
 };
 
 /// The bin of a value, by the single and by the batch call, where the colours are the indexes of the bins.

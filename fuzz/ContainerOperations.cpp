@@ -1,6 +1,7 @@
 // Random lists of operations on texts, arrays and maps, each beside a plain model: the values, the capacities
 // and the order of iteration. The first byte of the input chooses the container.
 
+#include "fuzz/Input.h"
 #include "fuzz/Require.h"
 #include "vorlane/foundation/FrameworkSurface.h"
 #include "vorlane/foundation/TypedArrays.h"
@@ -23,14 +24,11 @@ using VorlaneFuzz::Require;
 
 namespace {
 
-/// The input as a list of small numbers; 0 where it has ended.
-class Input
+class Input : public VorlaneFuzz::Input
 {
 public:
-    Input(std::uint8_t const* bytes, std::size_t size) : m_next(bytes), m_end(bytes + size) {}
+    using VorlaneFuzz::Input::Input;
 
-    bool HasEnded() const { return m_next == m_end; }
-    int Byte() { return HasEnded() ? 0 : *m_next++; }
     std::size_t Below(std::size_t count) { return static_cast<std::size_t>(Byte()) % count; }
     /// From -2 to 253, to reach outside at both ends.
     int Index() { return Byte() - 2; }
@@ -40,10 +38,6 @@ public:
         int const index = Index();
         return index == 253 ? INT_MAX : index == 252 ? INT_MIN : index;
     }
-
-private:
-    std::uint8_t const* m_next;
-    std::uint8_t const* m_end;
 };
 
 /// Whether `operation` is refused with the invalid-argument exception.
