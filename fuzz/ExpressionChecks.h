@@ -5,7 +5,7 @@
 /// The engine of expressions beside the slow matcher of the tests.
 
 #include "fuzz/Require.h"
-#include "tests/text/SlowExpression.h"
+#include "fuzz/SlowExpression.h"
 #include "vorlane/text/RegularExpressionInternal.h"
 
 #include <memory>
@@ -28,20 +28,20 @@ inline Compiled Compile(std::string const& expression)
 inline long CheckExpression(std::string const& expression, std::vector<std::string> const& texts,
                             long maximumSteps)
 {
-    VorlaneTest::SlowExpression slow(expression);
+    SlowExpression slow(expression);
     Compiled const compiled = Compile(expression);
     Require((compiled != nullptr) == slow.IsValid());
     long comparisons = 1;
     for (std::size_t t = 0; compiled != nullptr && t < texts.size(); ++t) {
         char const* const text = texts[t].c_str();
-        VorlaneTest::SlowExpression::Spans expected;
-        VorlaneTest::SlowExpression::Result const result = slow.Search(text, expected, maximumSteps);
+        SlowExpression::Spans expected;
+        SlowExpression::Result const result = slow.Search(text, expected, maximumSteps);
         bool const matches = Vorlane::SearchExpression(compiled.get(), text, texts[t].size());
-        if (result == VorlaneTest::SlowExpression::tooSlow) {
+        if (result == SlowExpression::tooSlow) {
             continue;
         }
         ++comparisons;
-        Require(matches == (result == VorlaneTest::SlowExpression::matches));
+        Require(matches == (result == SlowExpression::matches));
         std::size_t const slots = !matches ? 0 : expected[0].first == expected[0].second ? 1 : 10;
         for (std::size_t i = 0; i < slots; ++i) {
             auto const isAt = [text](char const* bound, int place) {

@@ -1,12 +1,12 @@
-#ifndef VORLANE_TESTS_TEXT_SLOWEXPRESSION_H
-#define VORLANE_TESTS_TEXT_SLOWEXPRESSION_H
+#ifndef VORLANE_FUZZ_SLOWEXPRESSION_H
+#define VORLANE_FUZZ_SLOWEXPRESSION_H
 
 #include <array>
 #include <functional>
 #include <string>
 #include <utility>
 
-namespace VorlaneTest {
+namespace VorlaneFuzz {
 
 /// The obvious matcher: backtracking by recursion, put together as the grammar says. It takes time that is
 /// exponential in the text where the expression is unkind, so it counts its steps.
@@ -54,6 +54,6 @@ private:
     long m_steps = 0;
 };
 
-} // namespace VorlaneTest
+} // namespace VorlaneFuzz
 
 #endif

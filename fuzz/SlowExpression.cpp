@@ -1,10 +1,10 @@
-#include "tests/text/SlowExpression.h"
+#include "fuzz/SlowExpression.h"
 
 #include <bitset>
 #include <cctype>
 #include <cstring>
 
-namespace VorlaneTest {
+namespace VorlaneFuzz {
 
 SlowExpression::SlowExpression(std::string const& expression)
     : m_expression(expression.c_str()), m_whole(Alternatives())
@@ -160,4 +160,4 @@ SlowExpression::Result SlowExpression::Search(std::string const& text, Spans& sp
     }
 }
 
-} // namespace VorlaneTest
+} // namespace VorlaneFuzz
