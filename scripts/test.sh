@@ -48,8 +48,8 @@ build_and_test() {
 
 run_fuzzers() {
     say "== fuzz, $fuzz_seconds s each, as many at once as there are cores"
-    cmake --preset fuzz >/dev/null
-    cmake --build --preset fuzz
+    cmake --preset asan >/dev/null
+    cmake --build --preset asan --target fuzzers
     local corpus running=()
     for corpus in fuzz/corpus/*; do
         fuzz_one "$(basename "$corpus")" &
@@ -64,9 +64,9 @@ run_fuzzers() {
 }
 
 fuzz_one() {
-    local name=$1 log=build/fuzz/$1.log corpus=build/fuzz/corpus/$1
-    mkdir -p "$corpus"
-    if build/fuzz/fuzz/"$name" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -timeout=10 \
+    local name=$1 log=build/asan/fuzz/$1.log corpus=build/asan/fuzz/corpus/$1
+    mkdir -p "$corpus" # what is found is kept for the next search
+    if build/asan/fuzz/"$name" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -timeout=10 \
         -print_final_stats=1 -verbosity=0 "$corpus" fuzz/corpus/"$name" >"$log" 2>&1; then
         say "-- $name: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") inputs, no finding"
     else
