@@ -15,6 +15,7 @@
 #include "gtest/gtest.h"
 
 #include <algorithm>
+#include <cctype>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -84,6 +85,8 @@ inline std::vector<Case> ReadCases(std::string const& file, std::string const& t
     for (std::string line; std::getline(stream, line); ++number) {
         if (line.rfind('[', 0) == 0) {
             std::size_t const close = line.find(']');
+            EXPECT_TRUE(std::isalpha(line.at(1)) != 0 && line.find("] ") == close)
+                << file << ":" << number << ": a case that begins with a bracket has to be quoted";
             columns = FieldsOf(line.substr(1, close - 1) == table ? line.substr(close + 1) : "");
         } else if (!columns.empty() && !line.empty() && line[0] != '#') {
             std::vector<std::string> const fields = FieldsOf(line);
