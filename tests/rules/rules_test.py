@@ -18,9 +18,13 @@ library = ("platform", "vorlane")
 everything = library + ("tests", "benchmarks", "fuzz", "examples")
 
 
+def read(path):
+    return path.read_text(encoding="utf-8")
+
+
 def rows_of(table):
     """The rows of a table beside this file, each a dictionary by the names of the columns."""
-    lines = (root / "tests/rules" / table).read_text().splitlines()
+    lines = read(root / "tests/rules" / table).splitlines()
     lines = [line for line in lines if line and not line.startswith("#")]
     columns = lines[0].split("] ")[1].split()
     return [dict(zip(columns, shlex.split(line), strict=True)) for line in lines[1:]]
@@ -30,7 +34,7 @@ def sources_below(*folders):
     """Paths from the root and texts of the headers and sources."""
     paths = [path for folder in folders for path in (root / folder).rglob("*") if path.suffix in (".h", ".cpp")]
     assert len(paths) > 10 * len(folders)
-    return [(path.relative_to(root), path.read_text()) for path in paths]
+    return [(path.relative_to(root), read(path)) for path in paths]
 
 
 class Sources(unittest.TestCase):
@@ -50,7 +54,7 @@ class Sources(unittest.TestCase):
         for path, _ in sources_below(*everything):
             if path.suffix == ".cpp":
                 lists = [root / folder / "CMakeLists.txt" for folder in path.parents[:-1]]
-                text = "\n".join(file.read_text() for file in lists if file.exists())
+                text = "\n".join(read(file) for file in lists if file.exists())
                 with self.subTest(file=str(path)):
                     self.assertRegex(text, rf'(?m)(^|[ \t("/]){path.stem}(\.cpp)?([ \t)"]|$)')
 
@@ -78,7 +82,11 @@ class Documents(unittest.TestCase):
     without such a line is not allowed.
     """
 
-    documents = [(path, path.read_text()) for folder in (root, root / "docs") for path in folder.glob("*.md")]
+    documents = [(path, read(path)) for folder in (root, root / "docs") for path in folder.glob("*.md")]
+
+    @staticmethod
+    def unindented(text):
+        return re.sub("\n +", "\n", text)
 
     def test_blocks_are_the_files_and_outputs_that_they_name(self):
         blocks = [(document, *block) for document, text in self.documents for block in
@@ -88,11 +96,11 @@ class Documents(unittest.TestCase):
             with self.subTest(document=document.name, shows=name):
                 if kind == "output":
                     program = pathlib.Path(os.environ["VORLANE_BINARY_DIR"]) / "examples" / name
-                    self.assertEqual(subprocess.check_output([program], text=True), block)
+                    self.assertEqual(subprocess.check_output([program], encoding="utf-8"), block)
                 elif kind == "file":
-                    self.assertEqual((root / name).read_text(), block)
+                    self.assertEqual(read(root / name), block)
                 else:
-                    self.assertIn(re.sub("\n +", "\n", "\n" + block), re.sub("\n +", "\n", (root / name).read_text()))
+                    self.assertIn(self.unindented("\n" + block), self.unindented(read(root / name)))
 
     def test_code_names_its_file(self):
         for document, text in self.documents:
@@ -138,7 +146,7 @@ class Exports(unittest.TestCase):
         for row in self.listed:
             name = re.escape(row["name"].rpartition(":")[2])
             with self.subTest(name=row["name"], header=row["header"]):
-                self.assertRegex((root / row["header"]).read_text(),
+                self.assertRegex(read(root / row["header"]),
                                  rf"\n *///.*\n(?! *//)(.+\n)*?(?! *//).*\b{name}(?=[\n (;:])")
 
 
