@@ -1,5 +1,7 @@
 #include "vorlane/text/NumberScanningInternal.h"
 
+#include "vorlane/text/DecimalRoundingInternal.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -230,63 +232,89 @@ ScannedReal RoundHardNumber(char const* first, char const* digitsEnd, Exponent e
     return {value, exponent.end, outOfRange};
 }
 
-/// How many zeros stand in front of the first other digit.
-std::ptrdiff_t CountLeadingZeros(char const* first, char const* last)
+/// The first digits of a number as an integer, and the power of ten that they are multiplied with.
+struct LeadingDigits
 {
-    std::ptrdiff_t zeros = 0;
-    for (; first != last && (*first == '0' || *first == '.'); ++first) {
-        zeros += *first == '0' ? 1 : 0;
+    std::uint64_t integer = 0;
+    std::int64_t power = 0;
+    bool isWhole = true; ///< whether no digits follow, or only zeros
+};
+
+/// So many digits always fit into 64 bits.
+constexpr std::ptrdiff_t safeDigits = 19;
+
+/// Of the digits from `first` to `last`, with at most one point among them, and a further exponent.
+LeadingDigits CollectLeadingDigits(char const* first, char const* last, std::int64_t exponent)
+{
+    LeadingDigits leading{0, exponent};
+    std::ptrdiff_t count = 0;
+    bool fraction = false;
+    for (; first != last; ++first) {
+        if (*first == '.') {
+            fraction = true;
+        } else if (count < safeDigits) {
+            leading.integer = leading.integer * 10 + DigitValue(*first);
+            leading.power -= fraction ? 1 : 0;
+            count += leading.integer != 0 ? 1 : 0;
+        } else {
+            leading.isWhole = leading.isWhole && *first == '0';
+            leading.power += fraction ? 0 : 1;
+        }
     }
-    return zeros;
+    return leading;
+}
+
+/// The nearest double, if the leading digits decide it and 128 bits of a power of ten are enough.
+bool RoundLeadingDigits(LeadingDigits const& leading, double& value)
+{
+    double next = 0.0;
+    return RoundDecimalProduct(leading.integer, leading.power, value) &&
+           (leading.isWhole ||
+            (RoundDecimalProduct(leading.integer + 1, leading.power, next) && next == value));
 }
 
 /// A decimal number without its sign. Where the digits fit into 53 bits and the power of ten is exact, one
 /// multiplication or division rounds correctly (William D. Clinger, How to Read Floating Point Numbers
-/// Accurately, 1990); the rest is left to RoundHardNumber.
+/// Accurately, 1990); else a product of integers nearly always does, and the rest is left to RoundHardNumber.
 ScannedReal ScanDecimal(char const* first, char const* last)
 {
-    std::uint64_t mantissa = 0;
+    LeadingDigits leading;
     char const* position = first;
     for (; position != last && IsDigit(*position); ++position) {
-        mantissa = mantissa * 10 + DigitValue(*position);
+        leading.integer = leading.integer * 10 + DigitValue(*position);
     }
     std::ptrdiff_t digitCount = position - first;
-    std::ptrdiff_t fractionCount = 0;
     if (position != last && *position == '.') {
         char const* const fraction = ++position;
         for (; position != last && IsDigit(*position); ++position) {
-            mantissa = mantissa * 10 + DigitValue(*position);
+            leading.integer = leading.integer * 10 + DigitValue(*position);
         }
-        fractionCount = position - fraction;
-        digitCount += fractionCount;
+        leading.power = fraction - position;
+        digitCount -= leading.power;
     }
     if (digitCount == 0) {
         return {0.0, first, false};
     }
     Exponent const exponent = ScanExponent(position, last, 'e');
-    // More than 19 digits may have run over the 64 bits.
-    constexpr std::ptrdiff_t safeDigits = 19;
+    leading.power += exponent.value;
     if (digitCount > safeDigits) {
-        std::ptrdiff_t const zeros = CountLeadingZeros(first, position);
-        if (zeros == digitCount) {
-            return {0.0, exponent.end, false};
-        }
-        digitCount -= zeros;
+        // They may have run over the 64 bits.
+        leading = CollectLeadingDigits(first, position, exponent.value);
     }
-    if (digitCount <= safeDigits) {
-        constexpr auto largestPower = static_cast<std::int64_t>(exactPowersOfTen.size()) - 1;
-        std::int64_t const power = exponent.value - fractionCount;
-        if (mantissa == 0) {
-            return {0.0, exponent.end, false};
-        }
-        if (mantissa <= std::uint64_t{1} << 53 && power >= -largestPower && power <= largestPower) {
-            auto const exact = static_cast<double>(mantissa);
-            return {power < 0 ? exact / exactPowersOfTen[static_cast<std::size_t>(-power)]
-                              : exact * exactPowersOfTen[static_cast<std::size_t>(power)],
-                    exponent.end, false};
-        }
+    if (leading.integer == 0) {
+        return {0.0, exponent.end, false};
     }
-    return RoundHardNumber(first, position, exponent);
+    constexpr auto largestPower = static_cast<std::int64_t>(exactPowersOfTen.size()) - 1;
+    std::int64_t const power = leading.power;
+    if (leading.integer <= std::uint64_t{1} << 53 && power >= -largestPower && power <= largestPower) {
+        auto const exact = static_cast<double>(leading.integer);
+        return {power < 0 ? exact / exactPowersOfTen[static_cast<std::size_t>(-power)]
+                          : exact * exactPowersOfTen[static_cast<std::size_t>(power)],
+                exponent.end, false};
+    }
+    double value = 0.0;
+    return RoundLeadingDigits(leading, value) ? ScannedReal{value, exponent.end, false}
+                                              : RoundHardNumber(first, position, exponent);
 }
 
 /// mantissa * 2^exponent, and a little more if `rest` says so, to the nearest double; mantissa is above 0.
