@@ -7,16 +7,21 @@
 
 namespace VorlaneTest {
 
-/// Uses objects of every family that shares no state, as any number of threads may at once, and tells what
-/// they did not do as expected.
-inline std::string UseEveryFamily()
+/// What was not as expected.
+struct Failures
+{
+    void operator()(bool holds, char const* what)
+    {
+        text += holds ? std::string() : what + std::string("; ");
+    }
+
+    std::string text;
+};
+
+/// Uses objects of every family that shares no state, as any number of threads may at once.
+inline void UseEveryFamily(Failures& expect)
 {
     using namespace Vorlane;
-    std::string failures;
-    auto const expect = [&](bool holds, char const* what) {
-        failures += holds ? std::string() : std::string(what) + "; ";
-    };
-
     using namespace CoordinationGeometry;
     for (int type = 0; type <= 31; ++type) {
         Orrin::LegacyArray<Spatia::Point3d> sites;
@@ -80,7 +85,6 @@ inline std::string UseEveryFamily()
     Orrin::LegacyArray<Spatia::Point3d> loaded;
     SerializePoint3dArray(loading, loaded);
     expect(sphere.size == 2.5f && loaded.GetSize() == 50 && loaded[49].x == 49, "archive");
-    return failures;
 }
 
 } // namespace VorlaneTest

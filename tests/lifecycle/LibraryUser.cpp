@@ -10,34 +10,29 @@ using namespace Vorlane;
 
 namespace {
 
-std::string failures;
-
-void Expect(bool holds, char const* what)
-{
-    failures += holds ? std::string() : std::string(what) + "; ";
-}
+VorlaneTest::Failures expect;
 
 void UseWhatIsShared()
 {
-    Expect(RandomInteger::GetDefaultSeed() == 1, "fresh default seed");
+    expect(RandomInteger::GetDefaultSeed() == 1, "fresh default seed");
     UniformRandomSequence sequence(0.0, 1.0);
     sequence();
-    Expect(RandomInteger::GetDefaultSeed() != 1, "the default sequence moves on");
+    expect(RandomInteger::GetDefaultSeed() != 1, "the default sequence moves on");
     ColorSpectrumRegistry registry;
     std::vector<CString> names;
     registry.GetColorSpectrumNames(names);
-    Expect(names.size() == 12, "fresh registry");
+    expect(names.size() == 12, "fresh registry");
     registry.UnRegisterColorSpectrum("Red-Blue");
     ColorMapParameters parameters;
-    Expect(parameters.CalculateColor(0.0) == Orrin::Color::Red(), "value to colour");
+    expect(parameters.CalculateColor(0.0) == Orrin::Color::Red(), "value to colour");
     UniqueString const word("word");
     Orrin::LegacyArray<Spatia::Point3d> points, curve;
     for (int i = 0; i < 5; ++i) {
         points.push_back(Spatia::Point3d(i, 0, 0));
     }
     Spline(Spline::Cardinal).GetCubicSpline(points, curve);
-    Expect(curve.GetSize() > 5, "spline");
-    Expect(word.String() == "word" && word.StringPtr() == UniqueString("word").StringPtr(), "interning");
+    expect(curve.GetSize() > 5, "spline");
+    expect(word.String() == "word" && word.StringPtr() == UniqueString("word").StringPtr(), "interning");
 }
 
 ExitFunctionList atUnload;
@@ -47,8 +42,8 @@ ExitFunctionList atUnload;
 /// An empty text if all went as expected.
 extern "C" __attribute__((visibility("default"))) char const* UseFreshLibrary()
 {
-    failures = VorlaneTest::UseEveryFamily();
+    VorlaneTest::UseEveryFamily(expect);
     UseWhatIsShared();
-    atUnload.AddFunction([] { failures.clear(); });
-    return failures.c_str();
+    atUnload.AddFunction([] { expect.text.clear(); });
+    return expect.text.c_str();
 }

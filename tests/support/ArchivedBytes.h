@@ -63,7 +63,7 @@ int LoadBytes(std::uint32_t schema, Bytes bytes, Load const& load)
     });
 }
 
-/// One run of bytes out of several, texts without their terminator.
+/// One run of bytes out of several.
 inline Bytes Joined(std::initializer_list<Bytes> parts)
 {
     Bytes all;
@@ -71,12 +71,6 @@ inline Bytes Joined(std::initializer_list<Bytes> parts)
         all.insert(all.end(), part.begin(), part.end());
     }
     return all;
-}
-
-template <int size>
-Bytes TextBytes(char const (&text)[size])
-{
-    return Bytes(text, text + size - 1);
 }
 
 } // namespace VorlaneTest

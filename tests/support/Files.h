@@ -4,11 +4,9 @@
 #include "gtest/gtest.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace VorlaneTest {
@@ -33,22 +31,6 @@ inline std::string ReadFile(std::string const& path)
 {
     std::ifstream stream(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-struct Outcome
-{
-    int status;
-    std::string out;
-    std::string err;
-};
-
-/// Runs commands of the shell.
-inline Outcome RunCommand(std::string const& command)
-{
-    TemporaryFile const out("out");
-    TemporaryFile const err("err");
-    int const result = std::system(("(" + command + ") >'" + out.path + "' 2>'" + err.path + "'").c_str());
-    return {WEXITSTATUS(result), ReadFile(out.path), ReadFile(err.path)};
 }
 
 } // namespace VorlaneTest
