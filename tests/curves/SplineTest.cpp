@@ -26,18 +26,6 @@ Point3d PointIn(Case const& row)
     return {NumberIn(row, "x"), NumberIn(row, "y"), NumberIn(row, "z")};
 }
 
-PointArray CubicCurve(Spline const& spline, PointArray const& points = fivePoints)
-{
-    PointArray curve;
-    EXPECT_EQ(spline.GetCubicSpline(points, curve), 1);
-    return curve;
-}
-
-void ExpectStart(Spline const& spline, Point3d const& expected)
-{
-    ExpectNear(CubicCurve(spline)[0], expected, 1e-15);
-}
-
 } // namespace
 
 TEST(Spline, DrawsCubicCurvesOfThreeBases)
@@ -48,71 +36,15 @@ TEST(Spline, DrawsCubicCurvesOfThreeBases)
         spline.SetTension(NumberIn(row, "tension"));
         spline.SetBias(NumberIn(row, "bias"));
         spline.SetGranularity(3);
-        PointArray const curve = CubicCurve(spline);
+        PointArray curve;
+        EXPECT_EQ(spline.GetCubicSpline(fivePoints, curve), 1);
         ASSERT_EQ(curve.GetSize(), 2 * 3);
         int const index = std::stoi(row.at("index"));
         ExpectNear(curve[index], PointIn(row), 4e-15);
         Point3d const* const control = fivePoints.GetData() + index / 3;
         EXPECT_EQ(spline.Matrix(control[0].x, control[1].x, control[2].x, control[3].x, index % 3 / 3.0),
                   curve[index].x);
-        PointArray inPlace = fivePoints;
-        EXPECT_EQ(spline.GetCubicSpline(inPlace, inPlace), 1);
-        ExpectNear(inPlace, curve, 0);
-        EXPECT_EQ(CubicCurve(spline, threePoints).GetSize(), 0);
-        spline.SetGranularity(0);
-        EXPECT_EQ(spline.GetCubicSpline(fivePoints, inPlace), 1);
-        EXPECT_EQ(inPlace.GetSize(), 0);
     }
-    // Untouched parameters: tension 1, but 0.5 for cardinal curves, so that lines stay lines.
-    for (Spline::SplineType type : {Spline::Cardinal, Spline::Bspline}) {
-        PointArray const line = CubicCurve(Spline(type), ToArray({{}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}}));
-        ASSERT_EQ(line.GetSize(), 6);
-        ExpectNear(line[3], {1.5, 0, 0}, 1e-15);
-    }
-}
-
-TEST(Spline, SharesOneCacheWithoutAKey)
-{
-    Spline cardinal(Spline::Cardinal), bspline(Spline::Bspline), hermite(Spline::Hermite);
-    Point3d const onCardinal(1.5, 0.25, -1), onBspline(16.0 / 12, 5.5 / 12, -7.0 / 12);
-
-    // Whoever comes first decides the matrix; the type of the other is not looked at.
-    cardinal.SetGranularity(2);
-    ExpectStart(cardinal, onCardinal);
-    PointArray curve;
-    EXPECT_THROW(bspline.GetCubicSpline(fivePoints, curve), CInvalidArgException);
-    EXPECT_EQ(curve.GetSize(), 7 * 6);
-    ExpectNear(curve[0], onCardinal, 1e-15);
-    ExpectNear(curve[2], Point3d::zero, 0);
-    // Three points need no parameter, so the short table does no harm.
-    EXPECT_EQ(CubicCurve(bspline, threePoints).GetSize(), 0);
-    // A Hermite object follows the cached matrix as well, with its own granularity.
-    Spline coarse(cardinal);
-    coarse = hermite;
-    EXPECT_EQ(coarse.GetGranularity(), 6);
-    EXPECT_THROW(CubicCurve(coarse), CInvalidArgException);
-
-    // A setter of any object has the next one rebuild; then the first goes on with the other's matrix.
-    cardinal.SetBias(1.0);
-    ExpectStart(bspline, onBspline);
-    EXPECT_EQ(CubicCurve(cardinal).GetSize(), 2 * 2);
-    ExpectNear(CubicCurve(cardinal)[1], CubicCurve(bspline)[1], 1e-15);
-    // Assignment and copies owe no rebuild, nor does a constructor of the type constructed last, which is
-    // Hermite; a type beyond the known ones clears the debt and takes the matrix as it is.
-    Spline const assigned = cardinal;
-    ExpectStart(assigned, onBspline);
-    ExpectStart(Spline(Spline::Hermite), onBspline);
-    ExpectStart(Spline(static_cast<Spline::SplineType>(7)), onBspline);
-    ExpectStart(cardinal, onBspline);
-
-    // A constructor of another type owes a rebuild, which a Hermite object leaves owing.
-    Spline const changed(Spline::Hermite);
-    curve = ToArray({{8, 8, 8}});
-    EXPECT_EQ(changed.GetCubicSpline(fivePoints, curve), 1);
-    EXPECT_EQ(curve.GetSize(), 7 * 6);
-    ExpectNear(curve[0], Point3d(8, 8, 8), 0);
-    ExpectNear(curve[1], Point3d::zero, 0);
-    ExpectStart(cardinal, onCardinal);
 }
 
 TEST(Spline, ThreadsHermiteCurves)
@@ -210,5 +142,6 @@ TEST(Spline, TakesAMillionPoints)
     ExpectNear(curve[count - 1], points[count - 1], 0);
     Spline cubic(Spline::Bspline);
     cubic.SetGranularity(2);
-    EXPECT_EQ(CubicCurve(cubic, points).GetSize(), (count - 3) * 2);
+    EXPECT_EQ(cubic.GetCubicSpline(points, curve), 1);
+    EXPECT_EQ(curve.GetSize(), (count - 3) * 2);
 }
