@@ -21,18 +21,15 @@ COleException::~COleException() = default;
 
 void AfxThrowInvalidArgException()
 {
-    throw CInvalidArgException("an argument is not valid");
-}
-
-void AfxThrowInvalidArgException(std::string const& message)
-{
-    throw CInvalidArgException(message);
+    AfxThrowInvalidArgException("an argument is not valid");
 }
 
 void AfxThrowIndexException(long long index, long long last)
 {
-    std::string const range = last < 0 ? "an empty range" : "0 to " + std::to_string(last);
-    throw CInvalidArgException("index " + std::to_string(index) + " is outside " + range);
+    if (last < 0) {
+        AfxThrowInvalidArgException("index ", index, " is outside an empty range");
+    }
+    AfxThrowInvalidArgException("index ", index, " is outside 0 to ", last);
 }
 
 void AfxThrowMemoryException()
@@ -42,5 +39,5 @@ void AfxThrowMemoryException()
 
 void AfxThrowOleException(long result)
 {
-    throw COleException(result);
+    throw AfxWithMemoryException([&] { return COleException(result); });
 }

@@ -13,6 +13,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 /// The common base of the framework's exceptions.
@@ -61,9 +62,6 @@ public:
 /// Raises CInvalidArgException with a text that says no more than that an argument is not valid.
 [[noreturn]] VORLANE_PLATFORM_EXPORT void AfxThrowInvalidArgException();
 
-/// Raises CInvalidArgException with `message`.
-[[noreturn]] VORLANE_PLATFORM_EXPORT void AfxThrowInvalidArgException(std::string const& message);
-
 /// Raises CInvalidArgException with the text "index 7 is outside 0 to 5"; `last` below 0 stands for an empty
 /// range and gives "index 7 is outside an empty range".
 [[noreturn]] VORLANE_PLATFORM_EXPORT void AfxThrowIndexException(long long index, long long last);
@@ -86,6 +84,24 @@ decltype(auto) AfxWithMemoryException(Operation&& operation)
     } catch (std::bad_alloc const&) {
         AfxThrowMemoryException();
     }
+}
+
+/// Raises CInvalidArgException with a message of these texts and numbers, one behind the other.
+template <typename... Parts>
+[[noreturn]] void AfxThrowInvalidArgException(Parts const&... parts)
+{
+    throw AfxWithMemoryException([&] {
+        std::string message;
+        auto const append = [&](auto const& part) {
+            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(part)>>) {
+                message += std::to_string(part);
+            } else {
+                message += part;
+            }
+        };
+        (append(parts), ...);
+        return CInvalidArgException(message);
+    });
 }
 
 #endif

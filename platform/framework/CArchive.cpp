@@ -83,7 +83,7 @@ CArchive::CArchive(CFile* file, unsigned int mode, int bufferSize) : m_file(file
         AfxThrowInvalidArgException("an archive without a file");
     }
     if (mode != store && mode != load) {
-        AfxThrowInvalidArgException("an archive of mode " + std::to_string(mode));
+        AfxThrowInvalidArgException("an archive of mode ", mode);
     }
     m_bufferSize =
         static_cast<unsigned int>(bufferSize < 1 ? defaultBufferSize : std::max(bufferSize, widestField));

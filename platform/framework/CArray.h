@@ -16,7 +16,6 @@
 #include <functional>
 #include <memory>
 #include <new>
-#include <string>
 #include <type_traits>
 
 /// A growable contiguous array of TYPE with `int` indexes from 0. ARG_TYPE is how an element is handed over:
@@ -144,7 +143,7 @@ void CArray<TYPE, ARG_TYPE>::SetSize(int size, int growBy)
 {
     static_assert(alignof(TYPE) <= alignof(std::max_align_t), "the storage has no larger alignment");
     if (size < 0) {
-        AfxThrowInvalidArgException("an array of size " + std::to_string(size));
+        AfxThrowInvalidArgException("an array of size ", size);
     }
     if (growBy >= 0) {
         m_nGrowBy = growBy;
@@ -182,8 +181,7 @@ int CArray<TYPE, ARG_TYPE>::GetGrownCapacity(int size) const
 {
     int const step = m_nGrowBy != 0 ? m_nGrowBy : std::clamp(m_nSize / 8, 4, 1024);
     if (m_nMaxSize > INT_MAX - step) {
-        AfxThrowInvalidArgException("an array with room for " + std::to_string(m_nMaxSize) +
-                                    " elements can't grow by " + std::to_string(step));
+        AfxThrowInvalidArgException("an array with room for ", m_nMaxSize, " elements can't grow by ", step);
     }
     return std::max(size, m_nMaxSize + step);
 }

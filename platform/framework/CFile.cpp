@@ -63,7 +63,7 @@ int SystemFlags(unsigned int openFlags)
         flags |= O_RDWR;
         break;
     default:
-        AfxThrowInvalidArgException("open flags " + std::to_string(openFlags));
+        AfxThrowInvalidArgException("open flags ", openFlags);
     }
     return (openFlags & CFile::modeCreate) != 0 ? flags | O_CREAT | O_TRUNC : flags;
 }

@@ -17,7 +17,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
-#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -299,8 +298,7 @@ void CMap<KEY, ARG_KEY, VALUE, ARG_VALUE>::InitHashTable(unsigned int size, int 
         AfxThrowInvalidArgException("a hash table of size 0");
     }
     if (m_count != 0) {
-        AfxThrowInvalidArgException("a new hash table for a map that holds " + std::to_string(m_count) +
-                                    " entries");
+        AfxThrowInvalidArgException("a new hash table for a map that holds ", m_count, " entries");
     }
     CAssoc** const table =
         allocateNow != 0 ? static_cast<CAssoc**>(AfxCreateElements(size, sizeof(CAssoc*))) : nullptr;

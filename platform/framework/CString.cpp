@@ -231,7 +231,7 @@ void CString::Format(char const* format, ...)
 char* CString::GetBuffer(int minLength)
 {
     if (minLength < 0) {
-        AfxThrowInvalidArgException("a buffer for " + std::to_string(minLength) + " characters");
+        AfxThrowInvalidArgException("a buffer for ", minLength, " characters");
     }
     if (!IsSoleOwner() || GetRoom() < minLength) {
         MoveToOwnBytes(std::max(minLength, m_length));
@@ -249,8 +249,7 @@ void CString::ReleaseBuffer(int length)
         length = static_cast<int>(strnlen(GetText(), static_cast<std::size_t>(room)));
     }
     if (length < 0 || length > room) {
-        AfxThrowInvalidArgException("a length of " + std::to_string(length) + " in a buffer for " +
-                                    std::to_string(room) + " characters");
+        AfxThrowInvalidArgException("a length of ", length, " in a buffer for ", room, " characters");
     }
     if (IsSoleOwner()) {
         if (m_isStored) {
@@ -265,10 +264,10 @@ void CString::ReleaseBuffer(int length)
 void CString::CheckBytes(void const* text, int length)
 {
     if (length < 0) {
-        AfxThrowInvalidArgException("a text of " + std::to_string(length) + " characters");
+        AfxThrowInvalidArgException("a text of ", length, " characters");
     }
     if (text == nullptr && length > 0) {
-        AfxThrowInvalidArgException("a null pointer for a text of " + std::to_string(length) + " characters");
+        AfxThrowInvalidArgException("a null pointer for a text of ", length, " characters");
     }
 }
 

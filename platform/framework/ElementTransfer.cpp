@@ -31,7 +31,7 @@ void AfxTransferElements(CArchive& archive, void* elements, std::size_t size, st
 {
     constexpr std::size_t largestBlock = 2147483647;
     if (size > largestBlock) {
-        AfxThrowInvalidArgException("elements of " + std::to_string(size) + " bytes");
+        AfxThrowInvalidArgException("elements of ", size, " bytes");
     }
     unsigned char* bytes = static_cast<unsigned char*>(elements);
     std::size_t missing = static_cast<std::size_t>(count);

@@ -37,8 +37,8 @@ void SerializeElements(CArchive& archive, TYPE* elements, std::ptrdiff_t count)
         return;
     }
     if (elements == nullptr || count < 0) {
-        AfxThrowInvalidArgException((elements == nullptr ? "no memory for " : "a transfer of ") +
-                                    std::to_string(count) + " elements");
+        AfxThrowInvalidArgException(elements == nullptr ? "no memory for " : "a transfer of ", count,
+                                    " elements");
     }
     if constexpr (afxGoesByOperator<TYPE>) {
         for (TYPE* element = elements; element != elements + count; ++element) {

@@ -59,10 +59,10 @@ CFileException::~CFileException() = default;
 
 void AfxThrowArchiveException(int cause, char const* fileName)
 {
-    throw CArchiveException(cause, fileName);
+    throw AfxWithMemoryException([&] { return CArchiveException(cause, fileName); });
 }
 
 void AfxThrowFileException(int cause, char const* fileName, char const* request)
 {
-    throw CFileException(cause, fileName, request);
+    throw AfxWithMemoryException([&] { return CFileException(cause, fileName, request); });
 }

@@ -283,6 +283,10 @@ TEST(CArchiveTest, TheWrongModeIsRefusedWithTheFilesName)
     EXPECT_EQ(causeOf([&] { loading.Write(&number, 0); }), +CArchiveException::readOnly);
     EXPECT_EQ(causeOf([&] { loading >> number; }), +CArchiveException::endOfFile);
     EXPECT_EQ(number, 5);
+    {
+        AllocationFailure const noMemoryToTellWhy(0);
+        EXPECT_THROW(loading >> number, CMemoryException);
+    }
     EXPECT_EQ(storing.m_nObjectSchema, 0xFFFFFFFFu);
     storing.Write("\2\0ab", 4);
     storing.Close();

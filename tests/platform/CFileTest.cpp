@@ -76,6 +76,10 @@ TEST(CFileTest, AFullDiskIsReportedByEveryRoad)
     CArchive atBlock(&file, CArchive::store);
     EXPECT_EQ(CauseOf<CFileException>([&] { atBlock.Write(block.data(), 100000); }, path),
               +CFileException::diskFull);
+    {
+        VorlaneTest::AllocationFailure const noMemoryToTellWhy(0);
+        EXPECT_THROW(atBlock.Flush(), CMemoryException);
+    }
     // The failure is not forgotten, though the buffer is empty.
     EXPECT_EQ(CauseOf<CFileException>([&] { atBlock.Close(); }, path), +CFileException::diskFull);
     CArchive swallowed(&file, CArchive::store);

@@ -36,6 +36,8 @@ TEST(CStringTest, BadArgumentsAreRefused)
     };
     for (auto const& operation : refused) {
         EXPECT_THROW(operation(), CInvalidArgException) << &operation - refused;
+        VorlaneTest::AllocationFailure const noMemoryToTellWhy(0);
+        EXPECT_THROW(operation(), CException) << &operation - refused;
         EXPECT_EQ(text, "abc");
     }
     try {

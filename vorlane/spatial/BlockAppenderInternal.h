@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <string>
 
 namespace Vorlane {
 
@@ -60,8 +59,7 @@ private:
     void Grow(int count)
     {
         if (count > INT_MAX - m_size) {
-            AfxThrowInvalidArgException("an array of " + std::to_string(m_size) + " numbers can't take " +
-                                        std::to_string(count) + " more");
+            AfxThrowInvalidArgException("an array of ", m_size, " numbers can't take ", count, " more");
         }
         // In steps of an eighth at least, so that the copies of a large array stay in proportion to its size;
         // and what is expected is believed up to twice what is there.

@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <cstdlib>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace Vorlane {
@@ -115,7 +114,7 @@ NeighborList::NeighborList(double cutoff, int hashSize)
         return;
     }
     if (hashSize < 1) {
-        AfxThrowInvalidArgException("a hash size of " + std::to_string(hashSize) + " is below 1");
+        AfxThrowInvalidArgException("a hash size of ", hashSize, " is below 1");
     }
     m_hashSize = static_cast<unsigned int>(hashSize);
     m_cutoff = cutoff;
