@@ -8,6 +8,7 @@
 #include "platform/lumora/UnlitPoints.h"
 #include "platform/lumora/UnlitShapes.h"
 #include "platform/orrin/Font.h"
+#include "platform/orrin/WideText.h"
 #include "platform/spatia/Point2d.h"
 #include "platform/spatia/Point3d.h"
 
@@ -20,7 +21,7 @@ class VORLANE_PLATFORM_EXPORT Text3DPrimitive : public UnlitPointPrimitive
 {
 public:
     /// The text; in an archive it is narrow and ends at its first zero character.
-    std::wstring GetText() const { return m_text; }
+    std::wstring GetText() const { return m_text.Copy(); }
     void SetText(std::wstring const& text) { m_text = text; }
 
     /// The font, and values whose meaning is the application's.
@@ -30,7 +31,7 @@ public:
     bool textFlag = false;
 
 private:
-    std::wstring m_text;
+    Orrin::WideText m_text;
 };
 
 /// Text on the plane, with a cursor.
@@ -38,7 +39,7 @@ class VORLANE_PLATFORM_EXPORT TextStringPrimitive : public UnlitShapePrimitive
 {
 public:
     /// The text, its font, the position of the cursor and whether it is shown.
-    std::wstring const& GetTextString() const { return m_text; }
+    std::wstring const& GetTextString() const { return m_text.Get(); }
     void SetTextString(std::wstring const& text) { m_text = text; }
     Orrin::Font GetFont() const { return m_font; }
     void SetFont(Orrin::Font const& font) { m_font = font; }
@@ -48,7 +49,7 @@ public:
     void SetShowCursor(bool showCursor) { m_showCursor = showCursor; }
 
 private:
-    std::wstring m_text;
+    Orrin::WideText m_text;
     Orrin::Font m_font;
     int m_cursorPosition = 0;
     bool m_showCursor = false;

@@ -6,7 +6,7 @@ Font::~Font() = default;
 
 Font Font::DefaultFont()
 {
-    return Font(L"Arial", 12);
+    return AfxWithMemoryException([] { return Font(L"Arial", 12); });
 }
 
 } // namespace Orrin

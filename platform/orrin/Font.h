@@ -5,13 +5,15 @@
 /// The font of a graphics primitive.
 
 #include "platform/Export.h"
+#include "platform/orrin/WideText.h"
 
 #include <string>
 #include <utility>
 
 namespace Orrin {
 
-/// A font of a graphics primitive: a face name and a size, whose unit is the caller's.
+/// A font of a graphics primitive: a face name and a size, whose unit is the caller's. Whatever takes memory
+/// raises CMemoryException if there is none.
 class VORLANE_PLATFORM_EXPORT Font
 {
 public:
@@ -29,13 +31,13 @@ public:
     static Font DefaultFont();
 
     /// The name of the face, such as "Arial", and the size; neither is tested.
-    std::wstring GetFace() const { return m_face; }
+    std::wstring GetFace() const { return m_face.Copy(); }
     void SetFace(std::wstring const& face) { m_face = face; }
     int GetSize() const { return m_size; }
     void SetSize(int size) { m_size = size; }
 
 private:
-    std::wstring m_face;
+    WideText m_face;
     int m_size = 0;
 };
 

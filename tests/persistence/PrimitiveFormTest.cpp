@@ -336,6 +336,27 @@ TEST(PrimitiveFormTest, CountsBeyondTheArchiveEndSoonAndTakeLittle)
     }
 }
 
+TEST(PrimitiveFormTest, MemoryThatRunsOutIsTheFrameworksException)
+{
+    ForEachKind([](char const* name, auto kind) {
+        typename decltype(kind)::Type object;
+        ForEachFailedAllocation([] {},
+                                [&] {
+                                    auto copy(object);
+                                    copy = object;
+                                },
+                                [] {});
+        std::string const stored = Joined(ImageOf(name, "filled"), &Part::stored);
+        CMemFile file(Bytes(stored.begin(), stored.end()));
+        auto const load = [&] {
+            CArchive ar(&file, CArchive::load);
+            ar.m_nObjectSchema = today;
+            Serialize(ar, object);
+        };
+        EXPECT_NO_THROW(ForEachFailedAllocation([&] { file.SeekToBegin(); }, load, [] {})) << name;
+    });
+}
+
 TEST(PrimitiveFormTest, ObjectsHoldWhatNoArchiveDoes)
 {
     VolumePrimitive volume;
