@@ -4,6 +4,7 @@
 /// \file
 /// The framework's growable array.
 
+#include "platform/Export.h"
 #include "platform/framework/AfxExceptions.h"
 #include "platform/framework/CObject.h"
 #include "platform/framework/ElementStorage.h"
@@ -111,7 +112,8 @@ public:
     /// elements that came, the rest as before or new. But a count that needs more memory than 32 MB and than
     /// the archive surely holds is not believed: the array then grows with what is read, and an early end
     /// leaves it at the size reached. A count of 2^31 or more raises CInvalidArgException.
-    void Serialize(CArchive& archive) override;
+    // Exported, since compilers call by name what they know to stand in the vtable of an exported array.
+    VORLANE_PLATFORM_EXPORT void Serialize(CArchive& archive) override;
 
 private:
     void CheckIndex(int index) const

@@ -4,6 +4,7 @@
 /// \file
 /// The framework's hash map.
 
+#include "platform/Export.h"
 #include "platform/framework/AfxExceptions.h"
 #include "platform/framework/CObject.h"
 #include "platform/framework/CPlex.h"
@@ -134,7 +135,8 @@ public:
     /// Stores the count, then key and value of each entry in iteration order; or loads such entries on top of
     /// the present ones. SerializeElements tells the form of keys and values. An archive that ends early
     /// leaves the entries that came.
-    void Serialize(CArchive& archive) override;
+    // Exported, since compilers call by name what they know to stand in the vtable of an exported map.
+    VORLANE_PLATFORM_EXPORT void Serialize(CArchive& archive) override;
 
 private:
     struct CAssoc
