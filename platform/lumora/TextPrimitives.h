@@ -8,7 +8,7 @@
 #include "platform/lumora/UnlitPoints.h"
 #include "platform/lumora/UnlitShapes.h"
 #include "platform/orrin/Font.h"
-#include "platform/orrin/WideText.h"
+#include "platform/orrin/Held.h"
 #include "platform/spatia/Point2d.h"
 #include "platform/spatia/Point3d.h"
 
@@ -31,7 +31,7 @@ public:
     bool textFlag = false;
 
 private:
-    Orrin::WideText m_text;
+    Orrin::Held<std::wstring> m_text;
 };
 
 /// Text on the plane, with a cursor.
@@ -39,7 +39,7 @@ class VORLANE_PLATFORM_EXPORT TextStringPrimitive : public UnlitShapePrimitive
 {
 public:
     /// The text, its font, the position of the cursor and whether it is shown.
-    std::wstring const& GetTextString() const { return m_text.Get(); }
+    std::wstring const& GetTextString() const { return m_text; }
     void SetTextString(std::wstring const& text) { m_text = text; }
     Orrin::Font GetFont() const { return m_font; }
     void SetFont(Orrin::Font const& font) { m_font = font; }
@@ -49,7 +49,7 @@ public:
     void SetShowCursor(bool showCursor) { m_showCursor = showCursor; }
 
 private:
-    Orrin::WideText m_text;
+    Orrin::Held<std::wstring> m_text;
     Orrin::Font m_font;
     int m_cursorPosition = 0;
     bool m_showCursor = false;

@@ -9,8 +9,7 @@ void TriangleMeshPrimitive::Set(std::vector<VertexNormal> const& vertices,
 {
     AfxWithMemoryException([&] {
         std::vector<VertexNormal> vertexCopies(vertices);
-        std::vector<TriangleIndex> triangleCopies(triangles);
-        Set(std::move(vertexCopies), std::move(triangleCopies));
+        Set(std::move(vertexCopies), std::vector<TriangleIndex>(triangles));
     });
 }
 

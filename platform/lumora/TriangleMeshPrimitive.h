@@ -8,6 +8,7 @@
 #include "platform/framework/AfxExceptions.h"
 #include "platform/lumora/GraphicsPrimitive.h"
 #include "platform/lumora/Vertex.h"
+#include "platform/orrin/Held.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -81,8 +82,8 @@ private:
         return entries[static_cast<std::size_t>(index)];
     }
 
-    std::vector<VertexNormal> m_vertices;
-    std::vector<TriangleIndex> m_triangles;
+    Orrin::Held<std::vector<VertexNormal>> m_vertices;
+    Orrin::Held<std::vector<TriangleIndex>> m_triangles;
 };
 
 } // namespace Lumora

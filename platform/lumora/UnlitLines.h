@@ -8,6 +8,7 @@
 #include "platform/Export.h"
 #include "platform/lumora/GraphicsPrimitive.h"
 #include "platform/lumora/Vertex.h"
+#include "platform/orrin/Held.h"
 #include "platform/orrin/LegacyArray.h"
 #include "platform/spatia/Matrix4x4.h"
 #include "platform/spatia/Point2d.h"
@@ -78,7 +79,7 @@ public:
     void SetDashPattern(unsigned short pattern) { m_dashPattern = pattern; }
 
 private:
-    std::vector<LinePrimitive> m_lines;
+    Orrin::Held<std::vector<LinePrimitive>> m_lines;
     float m_lineWidth = 0.0f;
     bool m_dashed = false;
     unsigned short m_dashPattern = 0;

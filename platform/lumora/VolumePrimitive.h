@@ -5,9 +5,9 @@
 /// The display of a volume.
 
 #include "platform/Export.h"
-#include "platform/framework/AfxExceptions.h"
 #include "platform/lumora/GraphicsPrimitive.h"
 #include "platform/orrin/ColorArray.h"
+#include "platform/orrin/Held.h"
 #include "platform/spatia/NComponentVolume.h"
 
 #include <vector>
@@ -54,7 +54,7 @@ public:
     /// \throws CMemoryException if there is no room for the copy.
     void SetTransferFunction(std::vector<bool> const& transferFunction)
     {
-        AfxWithMemoryException([&] { m_transferFunction = transferFunction; });
+        m_transferFunction = transferFunction;
     }
 
 private:
@@ -66,7 +66,7 @@ private:
     bool m_clipOutsideRange = false;
     Orrin::ColorArray m_colors;
     float m_transparency = 0.0f;
-    std::vector<bool> m_transferFunction;
+    Orrin::Held<std::vector<bool>> m_transferFunction;
 };
 
 } // namespace Lumora

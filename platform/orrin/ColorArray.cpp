@@ -10,18 +10,11 @@ ColorArray::ColorArray(char const* name, int size, int growBy)
     SetName(name);
 }
 
-ColorArray::ColorArray(ColorArray const& other) : LegacyArray<Color>(other)
-{
-    AfxWithMemoryException([&] { m_name = other.m_name; });
-}
-
 ColorArray& ColorArray::operator=(ColorArray const& other)
 {
-    AfxWithMemoryException([&] {
-        std::string name = other.m_name;
-        LegacyArray<Color>::operator=(other);
-        m_name.swap(name);
-    });
+    std::string name = other.m_name.Copy();
+    LegacyArray<Color>::operator=(other);
+    m_name = std::move(name);
     return *this;
 }
 

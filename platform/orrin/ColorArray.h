@@ -24,7 +24,7 @@ public:
     ColorArray(char const* name, int size, int growBy);
 
     /// Copies and moves take the colours and the name; a failed assignment leaves the array as it was.
-    ColorArray(ColorArray const& other);
+    ColorArray(ColorArray const&) = default;
     ColorArray(ColorArray&&) noexcept = default;
     ColorArray& operator=(ColorArray const& other);
     ColorArray& operator=(ColorArray&&) noexcept = default;
@@ -37,7 +37,7 @@ public:
     void SetName(char const* name);
 
 private:
-    std::string m_name;
+    Held<std::string> m_name;
 };
 
 } // namespace Orrin

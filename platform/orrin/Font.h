@@ -5,7 +5,7 @@
 /// The font of a graphics primitive.
 
 #include "platform/Export.h"
-#include "platform/orrin/WideText.h"
+#include "platform/orrin/Held.h"
 
 #include <string>
 #include <utility>
@@ -37,7 +37,7 @@ public:
     void SetSize(int size) { m_size = size; }
 
 private:
-    WideText m_face;
+    Held<std::wstring> m_face;
     int m_size = 0;
 };
 

@@ -6,6 +6,7 @@
 
 #include "platform/Export.h"
 #include "platform/framework/AfxExceptions.h"
+#include "platform/orrin/Held.h"
 
 #include <cassert>
 #include <cstddef>
@@ -41,15 +42,9 @@ public:
     LegacyArray() = default;
 
     /// Copies hold the entries; moves leave an empty array.
-    LegacyArray(LegacyArray const& other)
-        : m_vector(AfxWithMemoryException([&] { return std::vector<T>(other.m_vector); }))
-    {}
+    LegacyArray(LegacyArray const&) = default;
     LegacyArray(LegacyArray&&) noexcept = default;
-    LegacyArray& operator=(LegacyArray const& other)
-    {
-        AfxWithMemoryException([&] { m_vector = other.m_vector; });
-        return *this;
-    }
+    LegacyArray& operator=(LegacyArray const&) = default;
     LegacyArray& operator=(LegacyArray&&) noexcept = default;
     virtual ~LegacyArray() = default;
 
@@ -113,7 +108,7 @@ private:
         return static_cast<std::size_t>(index);
     }
 
-    std::vector<T> m_vector;
+    Held<std::vector<T>> m_vector;
 };
 
 } // namespace Orrin
