@@ -37,6 +37,11 @@ void AfxThrowMemoryException()
     throw CMemoryException();
 }
 
+void AfxThrowVectorTooLong()
+{
+    throw AfxWithMemoryException([] { return std::length_error("vector<T> too long"); });
+}
+
 void AfxThrowOleException(long result)
 {
     throw AfxWithMemoryException([&] { return COleException(result); });

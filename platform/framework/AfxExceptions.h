@@ -69,6 +69,9 @@ public:
 /// Raises CMemoryException.
 [[noreturn]] VORLANE_PLATFORM_EXPORT void AfxThrowMemoryException();
 
+/// Raises std::length_error "vector<T> too long", for a size that no list can have.
+[[noreturn]] VORLANE_PLATFORM_EXPORT void AfxThrowVectorTooLong();
+
 /// Raises COleException.
 [[noreturn]] VORLANE_PLATFORM_EXPORT void AfxThrowOleException(long result);
 

@@ -12,7 +12,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
 #include <vector>
 
 namespace Orrin {
@@ -27,7 +26,7 @@ void ResizeVector(std::vector<T>& vector, std::int64_t size, T const& fill)
 {
     if (size < 0 || size > std::numeric_limits<std::int32_t>::max() ||
         static_cast<std::uint64_t>(size) > vector.max_size()) {
-        throw std::length_error("vector<T> too long");
+        AfxThrowVectorTooLong();
     }
     AfxWithMemoryException([&] { vector.resize(static_cast<std::size_t>(size), fill); });
 }
@@ -87,7 +86,7 @@ public:
     void reserve(unsigned int capacity)
     {
         if (capacity > static_cast<unsigned int>(std::numeric_limits<std::int32_t>::max())) {
-            throw std::length_error("vector<T> too long");
+            AfxThrowVectorTooLong();
         }
         AfxWithMemoryException([&] { m_vector.reserve(capacity); });
     }

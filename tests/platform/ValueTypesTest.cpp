@@ -1,5 +1,7 @@
 #include "vorlane/foundation/ValueTypes.h"
 
+#include "tests/support/AllocationFailure.h"
+
 #include "gtest/gtest.h"
 
 #include <cstdint>
@@ -100,6 +102,10 @@ TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedAsTooLong)
     }
     EXPECT_THROW(points.SetSize(-1, -1), std::length_error);
     EXPECT_THROW(points.reserve(0x80000000u), std::length_error);
+    {
+        VorlaneTest::AllocationFailure const noMemoryToTellWhy(0);
+        EXPECT_THROW(points.SetSize(-1, -1), CMemoryException);
+    }
     EXPECT_EQ(points.GetSize(), 1);
     EXPECT_THROW(Orrin::ColorArray(-1, 1), std::length_error);
 }

@@ -14,7 +14,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
 
 namespace Vorlane {
 
@@ -28,7 +27,7 @@ constexpr std::size_t memoryOnTrust = std::size_t{16} << 20;
 inline std::size_t CheckedEntryCount(std::uint32_t count, std::size_t maximum)
 {
     if (count > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max()) || count > maximum) {
-        throw std::length_error("vector<T> too long");
+        AfxThrowVectorTooLong();
     }
     return count;
 }
