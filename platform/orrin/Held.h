@@ -16,12 +16,14 @@ template <typename Container>
 class Held : public Container
 {
 public:
+    /// Without arguments empty. Copies and moves take the content.
     Held() = default;
     Held(Container&& other) noexcept : Container(std::move(other)) {}
     Held(Held&&) noexcept = default;
     Held(Held const& other) : Container(other.Copy()) {}
     ~Held() = default;
 
+    /// Assignment as by the constructors.
     Held& operator=(Held&&) noexcept = default;
     Held& operator=(Held const& other) { return *this = static_cast<Container const&>(other); }
     Held& operator=(Container const& other)
