@@ -1,12 +1,15 @@
 // A square matrix beside a plain list of its elements: storage, text, symmetry, the order of vectors, and the
 // eigenpairs of the symmetric matrix that its upper half gives.
 //
-// Two bytes choose the dimension (`0` is none) and the kind of matrix: `d` diagonal, `t` of three diagonals,
-// `r` random; any other letter takes the elements from the rest of the input, over and over.
+// Two bytes choose the dimension (`0` is none, `H` is 24) and the kind of matrix: `d` diagonal, `t` of three
+// diagonals, `r` random, `R` random with up to 60 rows (`l`); any other letter takes the elements from the
+// rest of the input, over and over.
 
 #include "fuzz/EigenpairChecks.h"
 #include "fuzz/Input.h"
 
+#include <cmath>
+#include <limits>
 #include <random>
 #include <sstream>
 #include <string>
@@ -21,13 +24,16 @@ namespace {
 using Numbers = std::vector<double>;
 
 constexpr int maximumDimension = 24;
+constexpr int maximumRandomDimension = 60;
 
 class Elements
 {
 public:
-    Elements(int kind, std::string bytes)
-        : m_kind(kind), m_bytes(std::move(bytes)), m_random(static_cast<unsigned int>(m_bytes.size()))
-    {}
+    Elements(int kind, std::string bytes) : m_kind(kind), m_bytes(std::move(bytes))
+    {
+        std::seed_seq seed(m_bytes.begin(), m_bytes.end());
+        m_random.seed(seed);
+    }
 
     double At(int row, int column)
     {
@@ -35,7 +41,7 @@ public:
         if ((m_kind == 'd' && distance > 0) || (m_kind == 't' && distance > 1)) {
             return 0.0;
         }
-        if (m_kind == 'r' || m_bytes.empty()) {
+        if (m_kind == 'r' || m_kind == 'R' || m_bytes.empty()) {
             return static_cast<double>(m_random()) / std::minstd_rand::max() - 0.5;
         }
         return (m_bytes[m_next++ % m_bytes.size()] - 'P') / 4.0;
@@ -128,6 +134,34 @@ void CheckStorage(Model const& model, int otherDimension)
     Require(matrix.IsSymmetric() == (model.dimension > 0 && model.elements == Transposed(model).elements));
 }
 
+template <typename Source>
+void CheckConversion(Model model)
+{
+    Source source;
+    for (int i = 0; i < model.dimension * model.dimension; ++i) {
+        source(i / model.dimension, i % model.dimension) = model.elements[static_cast<std::size_t>(i)];
+    }
+    RequireEqual(QuadraticMatrix(source), model);
+}
+
+void RequireEmpty(QuadraticMatrix const& matrix)
+{
+    Require(matrix.Dimension() == 0 && static_cast<double const* const*>(matrix) == nullptr);
+}
+
+/// Of a symmetric matrix after another value has come to one place.
+void CheckSymmetry(QuadraticMatrix matrix, int place)
+{
+    int const row = place % matrix.Dimension(), column = place / matrix.Dimension() % matrix.Dimension();
+    double const mirrored = matrix(column, row);
+    for (double const value : {0.0, -0.0, std::nextafter(mirrored, 9.0), -mirrored, std::nan("")}) {
+        matrix(row, column) = value;
+        Require(matrix.IsSymmetric() == (row == column || value == mirrored));
+    }
+    matrix(row, column) = matrix(column, row) = std::nan("");
+    Require(matrix.IsSymmetric() == (row == column));
+}
+
 /// The elements of the matrix number its columns and rows, so that they tell where each of these has gone.
 void CheckSorting(Numbers const& values, QuadraticMatrix::EigenvalueSortOrder order)
 {
@@ -160,18 +194,30 @@ void CheckSorting(Numbers const& values, QuadraticMatrix::EigenvalueSortOrder or
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     Input input(data, size);
-    int const dimension = (input.Byte() + 256 - '0') % 256 % (maximumDimension + 1);
+    int const letter = input.Byte();
     int const kind = input.Byte();
+    int const dimension =
+        (letter + 256 - '0') % 256 % ((kind == 'R' ? maximumRandomDimension : maximumDimension) + 1);
     int const otherDimension = size % 3 == 0 ? dimension : static_cast<int>(size % 7);
     Elements elements(kind, std::string(reinterpret_cast<char const*>(data), size));
     Model model = MakeModel(dimension, elements);
     CheckStorage(model, otherDimension);
+    if (dimension == 3) {
+        CheckConversion<Spatia::Matrix3x3>(model);
+    } else if (dimension == 4) {
+        CheckConversion<Spatia::Matrix4x4>(model);
+    }
     for (int i = 0; i < dimension * dimension; ++i) {
         model.At(i % dimension, i / dimension) = model.At(i / dimension, i % dimension);
     }
     QuadraticMatrix matrix(dimension);
     Fill(matrix, model);
-    VorlaneFuzz::CheckEigenpairs(matrix, kind == 'r' && dimension > 0);
+    if (dimension > 0) {
+        CheckSymmetry(matrix, kind * kind + otherDimension);
+        RequireEmpty(QuadraticMatrix(-dimension));
+        RequireEmpty(QuadraticMatrix(std::numeric_limits<int>::min() + dimension));
+    }
+    VorlaneFuzz::CheckEigenpairs(matrix, (kind == 'r' || kind == 'R') && dimension > 0);
     Numbers values;
     while (!input.HasEnded() && values.size() < maximumDimension) {
         values.push_back(input.Byte() % 16);

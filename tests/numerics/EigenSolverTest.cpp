@@ -2,9 +2,6 @@
 
 #include "gtest/gtest.h"
 
-#include "fuzz/EigenpairChecks.h"
-#include "tests/support/Seed.h"
-
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -51,19 +48,6 @@ QuadraticMatrix ExpectEigenvalues(QuadraticMatrix const& matrix, std::vector<dou
 }
 
 } // namespace
-
-TEST(EigenSolverTest, SolvesRandomMatrices)
-{
-    VorlaneTest::SeededEngine engine;
-    SCOPED_TRACE(engine.Describe());
-    for (std::size_t n = 1; n <= 60; ++n) {
-        std::vector<double> lower(n * (n + 1) / 2);
-        for (double& element : lower) {
-            element = engine.Real(-1, 1);
-        }
-        EXPECT_NO_THROW(VorlaneFuzz::CheckEigenpairs(Symmetric(lower), true)) << n;
-    }
-}
 
 TEST(EigenSolverTest, FindsKnownSpectra)
 {
