@@ -57,7 +57,7 @@ TEST(ColorSpectrumRegistryTest, BuiltInRampsAreThoseOfTheTable)
     }
 }
 
-TEST(ColorSpectrumRegistryTest, FillsOnlyWhenNothingIsLeftAndThenWithAllOrNone)
+TEST(ColorSpectrumRegistryTest, FillsOnlyWhenNothingIsLeftAndMemorySufficesForAll)
 {
     ColorSpectrumRegistry registry;
     std::vector<CString> const builtIn = Names();

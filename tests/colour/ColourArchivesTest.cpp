@@ -98,7 +98,7 @@ TEST(ColourArchivesTest, CutArchivesLeaveWhatWasRead)
     }
 }
 
-TEST(ColourArchivesTest, CountsBeyondTheArchiveTakeLittle)
+TEST(ColourArchivesTest, CountsBeyondTheArchiveTakeLittleMemory)
 {
     Subject const subject = Make("array", "---");
     EXPECT_THROW(subject.Load(std::string("\xFF\xFF\0\0\0\x80", 6)), std::length_error);

@@ -324,7 +324,7 @@ TEST(PrimitiveFormTest, OlderAndOddBytesLoadAsTold)
     }
 }
 
-TEST(PrimitiveFormTest, CountsBeyondTheArchiveEndSoonAndTakeLittle)
+TEST(PrimitiveFormTest, CountsBeyondTheArchiveTakeLittleMemory)
 {
     AllocationLimit const limit(32 << 20);
     for (Case const& row : ReadCases(Book::file, "hostile counts")) {

@@ -61,7 +61,7 @@ TEST(CFileTest, RefusalsTellTheirCause)
     EXPECT_EQ(CauseOf<CFileException>([&] { reading.Read(&byte, 1); }, path), +CFileException::generic);
 }
 
-TEST(CFileTest, AFullDiskIsReportedByEveryRoad)
+TEST(CFileTest, AFullDiskIsReportedByEveryRoadEvenWithoutMemory)
 {
     std::string const path = "/dev/full";
     CFile file(path.c_str(), CFile::modeWrite);
@@ -130,7 +130,7 @@ TEST(CFileTest, InterruptedAndPartialCallsAreCarriedOn)
     sigaction(SIGALRM, &before, nullptr);
 }
 
-TEST(CMemFileTest, OverwritesAndExtends)
+TEST(CMemFileTest, OverwritesAndExtendsUnlessMemoryRunsOut)
 {
     CMemFile file({1, 2, 3});
     EXPECT_EQ(file.GetFilePath(), "");

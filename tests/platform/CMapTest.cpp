@@ -15,7 +15,7 @@ TEST(CMapTest, HashesAreThePublishedOnes)
         (std::vector<unsigned int>{0, 1, 0x0FFFFFFF, 0x08000000, 0, 97 * 33 + 0xE9}));
 }
 
-TEST(CMapTest, LookupWithoutEntriesAllocatesNothing)
+TEST(CMapTest, LookupWithoutEntriesTakesNoMemory)
 {
     VorlaneTest::AllocationFailure const failure(0);
     CMap<CString, char const*, int, int> map;

@@ -90,7 +90,7 @@ TEST(LegacyArrayTest, HasNoDataWhenEmpty)
     EXPECT_EQ(points.GetData(), nullptr); // with storage
 }
 
-TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedAsTooLong)
+TEST(LegacyArrayTest, SizesOutsideThirtyTwoBitsAreRefusedEvenWithoutMemory)
 {
     Orrin::LegacyArray<Point3d> points;
     points.SetSize(1, -1);

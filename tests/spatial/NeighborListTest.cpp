@@ -185,7 +185,7 @@ TEST(NeighborList, KeepsToItsShareOfMemory)
     }
 }
 
-TEST(NeighborList, SurvivesFailedAllocations)
+TEST(NeighborList, SurvivesWithoutMemory)
 {
     Points const points = RandomPoints();
     Pairs const expected = NeighborList(points, 1.0, 7).FoundPairs();

@@ -17,8 +17,9 @@
 ///                                                  [&] { EXPECT_EQ(text, "value"); }); // after it
 ///     EXPECT_GT(failures, 0);
 ///
-/// or an AllocationFailure or AllocationLimit of its own. All works under the sanitizers too. Each thread has
-/// its own switch.
+/// or an AllocationFailure or AllocationLimit of its own. Each thread has its own switch. The thread
+/// sanitizer keeps operator new for itself: tests that need the switch say Memory in their names, and its
+/// preset leaves them out.
 
 #include "platform/framework/AfxExceptions.h"
 

@@ -117,7 +117,7 @@ TEST(ExpressionMatcher, FindsTheGroupsOfLongMatches)
 }
 
 // The states of this expression are as many as there are texts of fifteen letters, so the tables overflow.
-TEST(ExpressionMatcher, StartsItsTablesAfreshWhenTheyAreFull)
+TEST(ExpressionMatcher, StartsItsTablesAfreshWhenTheirMemoryIsFull)
 {
     SeededEngine engine;
     SCOPED_TRACE(engine.Describe());

@@ -117,7 +117,7 @@ TEST(RegExpression, DoesWhatItsPageSays)
     EXPECT_GT(rows, 40);
 }
 
-TEST(RegExpression, SurvivesFailedAllocations)
+TEST(RegExpression, SurvivesWithoutMemory)
 {
     CString const text = ToText("xx" + std::string(300, 'a') + "bcd");
     std::unique_ptr<RegExpression> expression;

@@ -81,7 +81,7 @@ TEST(StringConversionsTest, ConversionsAndEditsDoWhatTheTablesShow)
                   }}});
 }
 
-TEST(StringConversionsTest, DuplicatesGoAndTheFirstOfEachStays)
+TEST(StringConversionsTest, DuplicatesGoUnlessMemoryRunsOut)
 {
     CStringArray strings;
     StringUtils::RemoveDuplicateStrings(strings);
