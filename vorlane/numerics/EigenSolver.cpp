@@ -16,6 +16,7 @@
 #include "vorlane/numerics/EigenSolverInternal.h"
 
 #include "vorlane/foundation/FrameworkSurface.h"
+#include "vorlane/numerics/WideRegistersInternal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -478,7 +479,7 @@ bool SolveSymmetric(double** rows, int dimension, double* eigenvalues)
     case 4:
         return Solve(rows, Constant<4>(), eigenvalues);
     default:
-        return Solve(rows, dimension, eigenvalues);
+        return RunInWidestRegisters([&] { return Solve(rows, dimension, eigenvalues); });
     }
 }
 
@@ -501,26 +502,28 @@ void SortRows(double** rows, int dimension, double* values, QuadraticMatrix::Eig
 bool AreColumnEigenvectors(double const* const* matrix, int dimension, double const* const* vectors,
                            double const* eigenvalues, int first, int count, double tolerance)
 {
-    for (int done = 0; done < count; done += panelWidth) {
-        int const columns = std::min(panelWidth, count - done);
-        for (int i = 0; i < dimension; ++i) {
-            double sums[panelWidth];
-            std::fill_n(sums, columns, 0.0);
-            AddRows(sums, vectors, first + done, columns, matrix[i], dimension);
-            double largest = 0.0;
-            for (int j = 0; j < dimension; ++j) {
-                largest = std::max(largest, std::fabs(matrix[i][j]));
-            }
-            for (int c = 0; c < columns; ++c) {
-                double const eigenvalue = eigenvalues[done + c];
-                double const bound = largest * (std::fabs(eigenvalue) * tolerance);
-                if (std::fabs(sums[c] - eigenvalue * vectors[i][first + done + c]) > bound) {
-                    return false;
+    return RunInWidestRegisters([&] {
+        for (int done = 0; done < count; done += panelWidth) {
+            int const columns = std::min(panelWidth, count - done);
+            for (int i = 0; i < dimension; ++i) {
+                double sums[panelWidth];
+                std::fill_n(sums, columns, 0.0);
+                AddRows(sums, vectors, first + done, columns, matrix[i], dimension);
+                double largest = 0.0;
+                for (int j = 0; j < dimension; ++j) {
+                    largest = std::max(largest, std::fabs(matrix[i][j]));
+                }
+                for (int c = 0; c < columns; ++c) {
+                    double const eigenvalue = eigenvalues[done + c];
+                    double const bound = largest * (std::fabs(eigenvalue) * tolerance);
+                    if (std::fabs(sums[c] - eigenvalue * vectors[i][first + done + c]) > bound) {
+                        return false;
+                    }
                 }
             }
         }
-    }
-    return true;
+        return true;
+    });
 }
 
 bool IsRowEigenvector(double const* const* matrix, int dimension, double const* vector, double eigenvalue,

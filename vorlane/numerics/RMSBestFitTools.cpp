@@ -1,9 +1,13 @@
 #include "vorlane/numerics/RMSBestFitToolsInternal.h"
 
 #include "vorlane/numerics/EigenSolverInternal.h"
+#include "vorlane/numerics/WideRegistersInternal.h"
 
 #include <algorithm>
-#include <cstring>
+
+#ifdef VORLANE_HAVE_WIDE
+#include <immintrin.h>
+#endif
 
 using Spatia::Matrix3x3;
 using Spatia::Matrix4x4;
@@ -74,88 +78,112 @@ bool ArePaired(PointArray const& first, PointArray const& second)
     return first.size() == second.size() && first.size() != 0;
 }
 
-/// Two numbers that are computed with side by side; compilers take one instruction for both.
-struct Two
-{
-    double lanes[2];
-};
-
-Two operator+(Two left, Two right)
-{
-    return {left.lanes[0] + right.lanes[0], left.lanes[1] + right.lanes[1]};
-}
-
-Two operator-(Two left, Two right)
-{
-    return {left.lanes[0] - right.lanes[0], left.lanes[1] - right.lanes[1]};
-}
-
-Two operator*(Two left, Two right)
-{
-    return {left.lanes[0] * right.lanes[0], left.lanes[1] * right.lanes[1]};
-}
-
-/// The coordinates of two points.
-struct TwoPoints
-{
-    Two x, y, z;
-};
-
-/// Two points, each less `center`.
-TwoPoints CenterTwo(Point3d const* points, Point3d const& center)
-{
-    return {{points[0].x - center.x, points[1].x - center.x},
-            {points[0].y - center.y, points[1].y - center.y},
-            {points[0].z - center.z, points[1].z - center.z}};
-}
-
 /// The elements of the upper triangle of Horn's matrix.
 constexpr int termCount = 10;
 
-/// What the centred points p and q add to the upper triangle of Horn's matrix, row after row.
-template <typename Point, typename Number>
-void GetTerms(Point const& p, Point const& q, Number* terms)
+/// Adds what the centred points p and q bring to the upper triangle of Horn's matrix, row after row.
+void AddTerms(Point3d const& p, Point3d const& q, double* sums)
 {
-    Number const xx = p.x * q.x, xy = p.x * q.y, xz = p.x * q.z;
-    Number const yx = p.y * q.x, yy = p.y * q.y, yz = p.y * q.z;
-    Number const zx = p.z * q.x, zy = p.z * q.y, zz = p.z * q.z;
-    terms[0] = xx + yy + zz;
-    terms[1] = yz - zy;
-    terms[2] = zx - xz;
-    terms[3] = xy - yx;
-    terms[4] = xx - yy - zz;
-    terms[5] = xy + yx;
-    terms[6] = zx + xz;
-    terms[7] = yy - xx - zz;
-    terms[8] = yz + zy;
-    terms[9] = zz - xx - yy;
+    double const xx = p.x * q.x, xy = p.x * q.y, xz = p.x * q.z;
+    double const yx = p.y * q.x, yy = p.y * q.y, yz = p.y * q.z;
+    double const zx = p.z * q.x, zy = p.z * q.y, zz = p.z * q.z;
+    sums[0] += xx + yy + zz;
+    sums[1] += yz - zy;
+    sums[2] += zx - xz;
+    sums[3] += xy - yx;
+    sums[4] += xx - yy - zz;
+    sums[5] += xy + yx;
+    sums[6] += zx + xz;
+    sums[7] += yy - xx - zz;
+    sums[8] += yz + zy;
+    sums[9] += zz - xx - yy;
 }
 
-/// Sums the terms of all pairs in their order. Those of two pairs are formed side by side, and two terms are
-/// summed side by side, the first pair's before the second's.
-void SumTerms(Point3d const* a, Point3d const* b, long count, Point3d const& c1, Point3d const& c2,
-              double* sums)
+/// Sums the terms of all pairs around the centroids c1 and c2 in their order.
+void SumTerms(Point3d const* a, Point3d const* b, long count, Point3d c1, Point3d c2, double* sums)
 {
-    Two twoSums[termCount / 2] = {};
-    for (long i = 0; i + 1 < count; i += 2) {
-        Two terms[termCount];
-        GetTerms(CenterTwo(a + i, c1), CenterTwo(b + i, c2), terms);
-        for (int k = 0; k < termCount / 2; ++k) {
-            Two const upper = terms[2 * k];
-            Two const lower = terms[2 * k + 1];
-            twoSums[k] = twoSums[k] + Two{upper.lanes[0], lower.lanes[0]};
-            twoSums[k] = twoSums[k] + Two{upper.lanes[1], lower.lanes[1]};
-        }
+    double local[termCount] = {}; // which lie not among the points, as compilers would fear of others
+    for (long i = 0; i < count; ++i) {
+        AddTerms(a[i] - c1, b[i] - c2, local);
     }
-    std::memcpy(sums, twoSums, sizeof twoSums);
+    std::copy_n(local, termCount, sums);
+}
+
+#ifdef VORLANE_HAVE_WIDE
+
+/// Two numbers of a point, and the same two of the next.
+VORLANE_WIDE __m256d LoadTwice(double const* numbers)
+{
+    return _mm256_loadu2_m128d(numbers + 3, numbers);
+}
+
+VORLANE_WIDE __m256d RepeatTwo(double first, double second)
+{
+    return _mm256_setr_pd(first, second, first, second);
+}
+
+VORLANE_WIDE __m256d Swap(__m256d twice)
+{
+    return _mm256_permute_pd(twice, 5);
+}
+
+/// The same sums of two terms a register, those of two pairs side by side: each line below gives (first,
+/// second) of one pair and then of the next. A difference beside a sum takes one instruction.
+VORLANE_WIDE void SumTermsWide(Point3d const* a, Point3d const* b, long count, Point3d c1, Point3d c2,
+                               double* sums)
+{
+    __m256d const c1xy = RepeatTwo(c1.x, c1.y);
+    __m256d const c1yz = RepeatTwo(c1.y, c1.z);
+    __m256d const c2xy = RepeatTwo(c2.x, c2.y);
+    __m256d const c2yz = RepeatTwo(c2.y, c2.z);
+    __m256d sums1286 = _mm256_setzero_pd();
+    __m256d sums3590 = _mm256_setzero_pd();
+    __m128d sums47 = _mm_setzero_pd();
+    for (long i = 0; i + 1 < count; i += 2) {
+        __m256d const pxy = _mm256_sub_pd(LoadTwice(&a[i].x), c1xy);
+        __m256d const pyz = _mm256_sub_pd(LoadTwice(&a[i].y), c1yz);
+        __m256d const pzx = _mm256_shuffle_pd(pyz, pxy, 5);
+        __m256d const qxy = _mm256_sub_pd(LoadTwice(&b[i].x), c2xy);
+        __m256d const qyz = _mm256_sub_pd(LoadTwice(&b[i].y), c2yz);
+        __m256d const qzx = _mm256_shuffle_pd(qyz, qxy, 5);
+
+        __m256d const yzZx = _mm256_mul_pd(pyz, qzx);
+        __m256d const zyXz = _mm256_mul_pd(pzx, qyz);
+        __m256d const terms12 = _mm256_sub_pd(yzZx, zyXz);
+        __m256d const terms86 = _mm256_add_pd(yzZx, zyXz);
+        __m256d const xyYx = _mm256_mul_pd(pxy, Swap(qxy));
+        __m256d const terms35 = _mm256_addsub_pd(xyYx, Swap(xyYx));
+        __m256d const xxYy = _mm256_mul_pd(pxy, qxy);
+        __m256d const yyZz = _mm256_mul_pd(pyz, qyz);
+        __m256d const zzXx = _mm256_mul_pd(pzx, qzx);
+        __m256d const terms90 = _mm256_addsub_pd(_mm256_addsub_pd(zzXx, xxYy), yyZz);
+        __m256d const terms47 = _mm256_sub_pd(_mm256_sub_pd(xxYy, Swap(xxYy)), _mm256_movedup_pd(zzXx));
+
+        sums1286 = _mm256_add_pd(sums1286, _mm256_permute2f128_pd(terms12, terms86, 0x20));
+        sums1286 = _mm256_add_pd(sums1286, _mm256_permute2f128_pd(terms12, terms86, 0x31));
+        sums3590 = _mm256_add_pd(sums3590, _mm256_permute2f128_pd(terms35, terms90, 0x20));
+        sums3590 = _mm256_add_pd(sums3590, _mm256_permute2f128_pd(terms35, terms90, 0x31));
+        sums47 = _mm_add_pd(sums47, _mm256_castpd256_pd128(terms47));
+        sums47 = _mm_add_pd(sums47, _mm256_extractf128_pd(terms47, 1));
+    }
+    double lanes[termCount];
+    _mm256_storeu_pd(lanes, sums1286);
+    _mm256_storeu_pd(lanes + 4, sums3590);
+    _mm_storeu_pd(lanes + 8, sums47);
+    constexpr int places[termCount] = {1, 2, 8, 6, 3, 5, 9, 0, 4, 7};
+    for (int lane = 0; lane < termCount; ++lane) {
+        sums[places[lane]] = lanes[lane];
+    }
     if (count % 2 != 0) {
-        double terms[termCount];
-        GetTerms(a[count - 1] - c1, b[count - 1] - c2, terms);
-        for (int k = 0; k < termCount; ++k) {
-            sums[k] += terms[k];
-        }
+        AddTerms(a[count - 1] - c1, b[count - 1] - c2, sums);
     }
 }
+
+#else
+
+constexpr auto SumTermsWide = SumTerms;
+
+#endif
 
 /// Builds Horn's matrix of two paired sets around their centroids, which are found on the way. Each element
 /// of the matrix sums its own term over the pairs in their order.
@@ -179,7 +207,7 @@ void BuildQuaternionMatrix(PointArray const& first, PointArray const& second, Po
     secondCentroid = c2;
 
     double sums[termCount];
-    SumTerms(a, b, count, c1, c2, sums);
+    (HasWideRegisters() ? SumTermsWide : SumTerms)(a, b, count, c1, c2, sums);
     double const* sum = sums;
     for (int row = 0; row < 4; ++row) {
         for (int column = row; column < 4; ++column) {
