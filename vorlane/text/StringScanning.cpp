@@ -207,11 +207,13 @@ public:
     /// stream that is not good, whose fail bit is then set. They stand until the next call.
     Span Look()
     {
-        if (m_buffered) {
-            // What Take left is as good as what the stream would show again.
-            Span const left = Ready();
-            if (left.first != left.last) {
-                return left;
+        // What Take left is as good as what the stream would show again, and so is what a good stream has
+        // ready that has no other to flush first.
+        if (m_buffered || (m_stream.good() && m_stream.tie() == nullptr)) {
+            Span const ready = Ready();
+            m_buffered = ready.first != ready.last;
+            if (m_buffered) {
+                return ready;
             }
         }
         std::istream::int_type const next = m_stream.peek();
