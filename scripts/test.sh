@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds and tests the library: g++ release, then clang with the address and undefined-behaviour sanitizers,
-# the thread sanitizer, ten seconds of each fuzz target, and the reference pages, which fail on a public name without
+# the thread sanitizer, five seconds of each fuzz target, and the reference pages, which fail on a public name without
 # a docstring. Installs what is missing first. A second run builds only what changed.
 #
 #   scripts/test.sh             everything
@@ -10,7 +10,7 @@ source "$(dirname "$0")/common.sh"
 
 parts=("$@")
 [ ${#parts[@]} -gt 0 ] || parts=(format docs release asan tsan fuzz)
-fuzz_seconds=${FUZZ_SECONDS:-10}
+fuzz_seconds=${FUZZ_SECONDS:-5}
 
 need_build_tools
 need_command git git
