@@ -111,10 +111,10 @@ void SumTerms(Point3d const* a, Point3d const* b, long count, Point3d c1, Point3
 
 #ifdef VORLANE_HAVE_WIDE
 
-/// Two numbers of a point, and the same two of the next.
-VORLANE_WIDE __m256d LoadTwice(double const* numbers)
+/// The two numbers from each place on.
+VORLANE_WIDE __m256d LoadTwice(double const* first, double const* second)
 {
-    return _mm256_loadu2_m128d(numbers + 3, numbers);
+    return _mm256_loadu2_m128d(second, first);
 }
 
 VORLANE_WIDE __m256d RepeatTwo(double first, double second)
@@ -127,8 +127,8 @@ VORLANE_WIDE __m256d Swap(__m256d twice)
     return _mm256_permute_pd(twice, 5);
 }
 
-/// The same sums of two terms a register, those of two pairs side by side: each line below gives (first,
-/// second) of one pair and then of the next. A difference beside a sum takes one instruction.
+/// The same sums, in registers of two numbers of one pair and the same two of the next. The digits of a name
+/// are the places of its terms among the sums. A difference beside a sum takes one instruction.
 VORLANE_WIDE void SumTermsWide(Point3d const* a, Point3d const* b, long count, Point3d c1, Point3d c2,
                                double* sums)
 {
@@ -140,11 +140,11 @@ VORLANE_WIDE void SumTermsWide(Point3d const* a, Point3d const* b, long count, P
     __m256d sums3590 = _mm256_setzero_pd();
     __m128d sums47 = _mm_setzero_pd();
     for (long i = 0; i + 1 < count; i += 2) {
-        __m256d const pxy = _mm256_sub_pd(LoadTwice(&a[i].x), c1xy);
-        __m256d const pyz = _mm256_sub_pd(LoadTwice(&a[i].y), c1yz);
+        __m256d const pxy = _mm256_sub_pd(LoadTwice(&a[i].x, &a[i + 1].x), c1xy);
+        __m256d const pyz = _mm256_sub_pd(LoadTwice(&a[i].y, &a[i + 1].y), c1yz);
         __m256d const pzx = _mm256_shuffle_pd(pyz, pxy, 5);
-        __m256d const qxy = _mm256_sub_pd(LoadTwice(&b[i].x), c2xy);
-        __m256d const qyz = _mm256_sub_pd(LoadTwice(&b[i].y), c2yz);
+        __m256d const qxy = _mm256_sub_pd(LoadTwice(&b[i].x, &b[i + 1].x), c2xy);
+        __m256d const qyz = _mm256_sub_pd(LoadTwice(&b[i].y, &b[i + 1].y), c2yz);
         __m256d const qzx = _mm256_shuffle_pd(qyz, qxy, 5);
 
         __m256d const yzZx = _mm256_mul_pd(pyz, qzx);
