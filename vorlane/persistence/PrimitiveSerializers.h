@@ -17,11 +17,11 @@
 /// A load tests no value. Where it fails, the fields read so far are loaded and the others are as they were,
 /// unless an overload says otherwise. All raise
 /// - CArchiveException with the cause `endOfFile` where the archive ends before the object does,
-/// - std::length_error "vector<T> too long" for a negative number of entries,
+/// - std::length_error "vector<T> too long" for a negative number of entries, lights apart,
 /// - CMemoryException if memory cannot be had.
 ///
 /// The time is in proportion to the bytes moved, and so is the memory: a count that the archive cannot back
-/// takes no more than a few MB before it ends in `endOfFile`. An archive is used from one thread at a time.
+/// takes about 16 MB at most before it ends in `endOfFile`. An archive is used from one thread at a time.
 
 #include "platform/lumora/GraphicsAttributes.h"
 #include "platform/lumora/GraphicsPrimitive.h"
@@ -127,7 +127,8 @@ VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::MaterialProperty& material);
 
 /// A load takes the fields that archives of its schema number have: the background colour always, most from 7
 /// on, the flag from 16, the material from 18, the mode from 23. Lights past the capacity are read and
-/// dropped. At schema numbers from 0x80000000 up the lights within the stored count become default ones.
+/// dropped, and a negative number of them reads none. At schema numbers from 0x80000000 up the lights within
+/// the stored count become default ones.
 VORLANE_EXPORT void Serialize(CArchive& ar, Lumora::GraphicsAttributes& attributes);
 
 } // namespace Vorlane
